@@ -1,0 +1,94 @@
+// The scripted desktop: the Desktop port of the batch runner. Modal windows take their
+// answers from a queue filled by the script; nothing ever waits for a keyboard.
+#pragma once
+
+#include <deque>
+#include <map>
+#include <memory>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "core/desktop.h"
+#include "core/surface.h"
+
+namespace zelk {
+
+// A run stops: status 1 (a line that cannot be run) or 2 (a modal window without an
+// answer, or answers nobody asked for).
+struct BatchStop {
+    int status;
+    std::string message;
+};
+
+struct QueuedAnswer {
+    std::string window;
+    std::vector<std::string> actions; // raw tokens
+    bool optional = false;
+    long serial = 0; // commands started before it was queued
+    int line = 0;
+};
+
+struct MessageRecord {
+    std::string title;
+    int buttons;
+    std::string answer;
+    std::string text;
+};
+
+class ScriptedDesktop : public Desktop {
+  public:
+    ScriptedDesktop();
+
+    std::deque<QueuedAnswer> queue;
+    std::vector<MessageRecord> messages;
+    std::map<std::string, std::string> settings; // "app/section/key" -> value
+    std::string settingsfile;                  // --settings FILE, written back on change
+    std::string programdir_, userdatadir_;
+    std::vector<std::string> opened; // pages and programs asked to be opened
+
+    void showmodal(Window& w) override;
+    void show(Window& w) override;
+    void hide(Window&) override {}
+    void unload(Window&) override {}
+    int msgbox(const std::string& text, int buttonsandicon, const std::string& title) override;
+    bool filedialog(FileDialogRequest& request) override;
+    std::string getsetting(const std::string& app, const std::string& section,
+                           const std::string& key, const std::string& def) override;
+    void savesetting(const std::string& app, const std::string& section, const std::string& key,
+                     const std::string& value) override;
+    double rnd() override;
+    std::string date() override;
+    bool openurl(const std::string& url) override;
+    bool startprogram(const std::string& path) override;
+    void printwindow(Window&) override {}
+    void clipboardwindow(Window&) override {}
+    void printersetup() override {}
+    std::string programdir() override { return programdir_; }
+    std::string userdatadir() override { return userdatadir_; }
+
+    // Gives a window that draws a recording surface of its size.
+    RecordingSurface& surfacefor(Window& w);
+    void loadsettings(const std::string& file);
+
+    // Applies one action token to an open window (click, type, close, bare text).
+    void apply(Window& w, const std::string& action);
+    // Takes the answer for a window that opens, by the queue's rules; nullptr when the
+    // queue holds none for it (`mayskip`: a box with only OK needs none).
+    bool take(const std::string& window, QueuedAnswer& out, bool mayskip);
+
+  private:
+    std::map<Window*, std::unique_ptr<RecordingSurface>> surfaces_;
+    std::mt19937_64 random_{1};
+    void savesettingsfile();
+    [[noreturn]] void unanswered(const std::string& window);
+};
+
+// Splits a script line into tokens: blanks separate, double quotes group ("" inside a
+// quoted part is one quote). Quotes are kept; unquote removes them.
+std::vector<std::string> tokenize(const std::string& line, bool& ok);
+std::string unquote(const std::string& token);
+// "NAME(3)" -> name "NAME", index 3; plain "NAME" -> index -1. False when malformed.
+bool splitname(const std::string& ref, std::string& name, int& index);
+
+} // namespace zelk

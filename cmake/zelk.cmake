@@ -1,0 +1,35 @@
+# zelk_subsystem(NAME): an object library of every .cpp in the current folder.
+function(zelk_subsystem name)
+  file(GLOB srcs CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  if(NOT srcs)
+    # A subsystem with no routines yet still makes its (empty) library.
+    file(WRITE ${CMAKE_CURRENT_BINARY_DIR}/${name}_empty.cpp "")
+    set(srcs ${CMAKE_CURRENT_BINARY_DIR}/${name}_empty.cpp)
+  endif()
+  add_library(${name} OBJECT ${srcs})
+  target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR})
+  target_link_libraries(${name} PUBLIC zelk_flags)
+endfunction()
+
+# zelk_link_logic(TARGET): links the whole logic archive, so that every window and
+# command that registers itself at start-up is present.
+function(zelk_link_logic target)
+  target_link_libraries(${target} PRIVATE "$<LINK_LIBRARY:WHOLE_ARCHIVE,zelklogic>" zelk_flags)
+  target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR})
+endfunction()
+
+# zelk_add_test_folder(NAME): one GoogleTest binary from every .cpp of a tests/ folder.
+function(zelk_add_test_folder name)
+  file(GLOB srcs CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.cpp)
+  if(NOT srcs)
+    return()
+  endif()
+  add_executable(test_${name} ${srcs} ${PROJECT_SOURCE_DIR}/tests/testmain.cpp)
+  zelk_link_logic(test_${name})
+  target_link_libraries(test_${name} PRIVATE zelkbatchlib GTest::gtest)
+  target_include_directories(test_${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+  target_compile_definitions(test_${name} PRIVATE
+    ZELK_SOURCE_DIR="${PROJECT_SOURCE_DIR}" ZELK_BINARY_DIR="${PROJECT_BINARY_DIR}")
+  gtest_discover_tests(test_${name} DISCOVERY_TIMEOUT 60
+    PROPERTIES ENVIRONMENT "ZELK_PROGRAMDIR=${PROJECT_BINARY_DIR}")
+endfunction()

@@ -1,0 +1,72 @@
+// The dispatch table: every menu item, pop-up item and button of the frame that runs a
+// command registers its routine here under its control name, and the menu model holds
+// the captions, enabled and checked states that the frame logic sets. The desktop and
+// the batch runner both run commands through runcommand, which turns a run-time fault
+// into a message box and leaves the store as the command's own cancel path would.
+#pragma once
+
+#include <functional>
+#include <ostream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zelk {
+
+// What a command does when a run-time fault ends it.
+enum class CommandKind {
+    Plain,  // a message box, nothing more
+    Design, // a design command: the design is abandoned through newfilter_Click
+    Edit,   // an edit: the undo snapshot taken by the edit is restored
+};
+
+struct Command {
+    std::string name;
+    void (*run)();
+    CommandKind kind;
+};
+
+bool registercommand(std::string name, void (*run)(), CommandKind kind = CommandKind::Plain);
+const Command* findcommand(std::string_view name);
+
+// Runs a command; a run-time fault shows the host's box ("Run-time error '11':",
+// "Division by zero") and, by the command's kind, abandons the design or restores the
+// edit's undo snapshot. Returns false when the command faulted.
+bool runcommand(const Command& c);
+// Runs any routine under the same fault handling.
+bool guarded(const std::function<void()>& fn, CommandKind kind = CommandKind::Plain);
+
+// What an edit that faults calls to put the design back (set by the undo store).
+inline void (*restoreafterfault)() = nullptr;
+
+// The menu model: items in menu order. Top-level menus have an empty parent.
+struct MenuItem {
+    std::string name;
+    std::string caption;
+    std::string parent;
+    bool enabled = true;
+    bool checked = false;
+    bool visible = true;
+    bool popup = false; // an item of the schematic's edit pop-up
+};
+
+std::vector<MenuItem>& menuitems();
+// Adds an item at the end of the menu order.
+MenuItem& addmenu(std::string name, std::string caption, std::string parent, bool popup = false);
+MenuItem* findmenu(std::string_view name);
+// Checked/enabled of an item; an unknown item reads as off.
+bool menuchecked(std::string_view name);
+bool menuenabled(std::string_view name);
+void setenabled(std::string_view name, bool on);
+void setchecked(std::string_view name, bool on);
+
+// Batch output: "dump WHAT ARGS" and "export KIND WINDOW FILE" handlers, registered by the
+// subsystems that own the data. A handler returns false for arguments it cannot serve.
+using DumpHandler = bool (*)(const std::vector<std::string>& args, std::ostream& out);
+bool registerdump(std::string what, DumpHandler h);
+DumpHandler finddump(std::string_view what);
+using ExportHandler = bool (*)(const std::vector<std::string>& args, std::ostream& err);
+bool registerexport(std::string kind, ExportHandler h);
+ExportHandler findexport(std::string_view kind);
+
+} // namespace zelk

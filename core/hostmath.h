@@ -1,0 +1,53 @@
+// Host arithmetic: the numeric helpers of the desktop language the program's formulas
+// were first worked in, reproduced exactly, and the run-time fault that its errors raise.
+// Every routine uses these rather than a variant of its own.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace zelk {
+
+// The program's pi and two-pi: truncated on purpose, used everywhere in place of the
+// full-precision values.
+inline constexpr double PI = 3.141592654;
+inline constexpr double TWOPI = 6.283185308;
+
+// Int: the largest integer not above x (floor). Fix: x truncated toward zero.
+double Int(double x);
+double Fix(double x);
+// Sgn: -1, 0 or 1; Sgn(0) is 0.
+int Sgn(double x);
+
+// A run-time fault of the host: "Subscript out of range" (9), "Division by zero" (11),
+// "Overflow" (6) and so on. Thrown by checked accessors and by the arithmetic where the
+// host would stop; the command dispatcher turns it into a message box and the program
+// goes on.
+struct RuntimeFault {
+    int number;
+    std::string description;
+};
+[[noreturn]] void raisefault(int number);
+// The host's description of a fault number ("Subscript out of range" for 9).
+std::string faultdescription(int number);
+
+// Host-style reading of a number at the head of a text: leading blanks skipped, blanks
+// between digits ignored, optional sign, decimal point, exponent e/E with digits.
+// Reading stops at the first other character; no number gives 0.
+double Val(std::string_view text);
+
+// Format masks ("###.###", "##.#", "#.#00", "##.000", "**.00"): round half away from
+// zero at the mask's last digit, applied to the value first rounded to 15 significant
+// digits. '#' prints no leading or trailing zero, '0' forces a digit, the point is always
+// printed, integer digits beyond the mask are all printed. Other characters are literal.
+std::string Format(double v, std::string_view mask);
+
+// The unmasked form: at most 15 significant digits, no trailing zeros, no point for an
+// integer, a leading zero before the point, exponent form below 1e-4 and from 1e15 on
+// ("1.5E-05", "2E+15").
+std::string Str(double v);
+
+// Shortest text that reads back to the same double (for dumps).
+std::string roundtrip(double v);
+
+} // namespace zelk

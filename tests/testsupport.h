@@ -1,0 +1,33 @@
+// Test support: a batch run in-process on the scripted desktop, with its output.
+#pragma once
+
+#include <filesystem>
+#include <sstream>
+#include <string>
+
+#include "batch/runner.h"
+
+namespace zelk::test {
+
+// A fresh program (every table reset, the frame started) on a scripted desktop whose
+// program folder is the build tree and whose user folder is a scratch folder.
+struct Session {
+    std::ostringstream out, err;
+    BatchRunner runner{out, err};
+    Session() {
+        runner.desk.programdir_ = ZELK_BINARY_DIR;
+        auto dir = std::filesystem::temp_directory_path() / "zelk-test-user";
+        std::filesystem::create_directories(dir);
+        runner.desk.userdatadir_ = dir.string();
+    }
+    // Runs script text; returns the exit status.
+    int run(const std::string& script) { return runner.runtext(script); }
+    // Output so far, and cleared.
+    std::string take() {
+        std::string s = out.str();
+        out.str("");
+        return s;
+    }
+};
+
+} // namespace zelk::test
