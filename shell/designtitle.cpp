@@ -1,0 +1,7 @@
+#include "shell/designtitle.h"
+
+namespace zelk {
+
+void designtitle_show() {}
+
+} // namespace zelk
