@@ -34,8 +34,14 @@ class Desktop {
     virtual void show(Window& w) = 0;
     virtual void hide(Window& w) = 0;
     virtual void unload(Window& w) = 0;
-    // The window's surface changed.
+    // The window's surface, caption, controls or overlay changed.
     virtual void refresh(Window&) {}
+    // Pops up a menu of the menu model (its top item's name, "edit" or "design") at the
+    // pointer.
+    virtual void popupmenu(const std::string&) {}
+    // Arranges the frame's child windows: 0 cascade, 1 tile horizontally, 2 tile
+    // vertically, 3 arrange icons.
+    virtual void arrange(int) {}
 
     // A message box. buttons + icon as the host combines them; returns the answer.
     virtual int msgbox(const std::string& text, int buttonsandicon, const std::string& title) = 0;

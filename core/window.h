@@ -64,6 +64,13 @@ class Window {
     double left = 0, top = 0;
     // The drawing surface of a window that draws; set by the binding.
     Surface* surface = nullptr;
+    // A line drawn over the surface but not part of it (a plot's cursor bar): the binding
+    // draws it on the screen; it is never printed, copied or exported.
+    struct Overlay {
+        bool on = false;
+        double x1 = 0, y1 = 0, x2 = 0, y2 = 0;
+        long colour = 255;
+    } overlay;
     std::vector<std::unique_ptr<Control>> controls;
     // The control that has the focus (name and index), as the window sees it.
     std::string focusname;
