@@ -1,0 +1,12 @@
+#!/usr/bin/env bash
+# Installs the Debian packages the build, the application and the tests need.
+set -euo pipefail
+SUDO=""
+if [ "$(id -u)" -ne 0 ]; then SUDO=sudo; fi
+export DEBIAN_FRONTEND=noninteractive
+$SUDO apt-get update -q
+$SUDO apt-get install -y -q --no-install-recommends \
+    build-essential cmake pkg-config \
+    libgtest-dev libgmock-dev libbenchmark-dev \
+    qt6-base-dev qt6-base-dev-tools libgl-dev \
+    ngspice librsvg2-bin xvfb xauth
