@@ -86,6 +86,10 @@ double response(Quantity q, int s, GroupDelayState& gd) {
 
     forwardwalk(s);
     if (store.abortanalysis) return 0;
+    return responsefromwalk(q, gd);
+}
+
+double responsefromwalk(Quantity q, GroupDelayState& gd) {
     const double Z1 = walk.Zmag1, ZL = walk.Zdmag, V = walk.Vratio;
     switch (q) {
     case Quantity::PEG: return dB10(hostdiv(V * V * 4 * Z1, ZL));

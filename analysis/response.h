@@ -35,6 +35,10 @@ struct GroupDelayState {
 double response(Quantity q, int s, GroupDelayState& gd);
 // Same, for the quantities that need no previous point.
 double response(Quantity q, int s);
+// The formula of a forward-walk quantity (gains, output impedance, phase, group delay)
+// applied to the walker's running values as they stand, with store.wA for the group
+// delay. The sweep's block walk fills the running values itself and then calls this.
+double responsefromwalk(Quantity q, GroupDelayState& gd);
 
 // The name a plot shows for the quantity ("Power Effective Gain", ...).
 const char* responsename(Quantity q);
