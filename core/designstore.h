@@ -109,6 +109,9 @@ struct DesignStore {
     int npoints = 512;
     Number zscale = 1.0;
 
+    // Carry a prototype to the realisations: the end elements and the coupling values.
+    double g1term = 0, gnterm = 0, kcoupling = 0, kcrystal = 0;
+
     // Tolerances of the statistics dialogs, reset by clearall.
     double Rtol = 1, Ltol = 1, Ctol = 1;
 };
