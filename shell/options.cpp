@@ -1,0 +1,73 @@
+// The Options menu: seven check marks kept in the settings store (application "filter",
+// section "options", "1" on and "0" off), read at start.
+#include <string>
+
+#include "core/commands.h"
+#include "core/designstore.h"
+#include "core/desktop.h"
+#include "schematic/schematicview.h"
+#include "shell/frame.h"
+
+namespace zelk {
+
+namespace {
+
+const OptionItem* optionfor(const std::string& item) {
+    for (const OptionItem& o : optionitems())
+        if (item == o.item) return &o;
+    return nullptr;
+}
+
+// The help panel comes and goes with helpL; the schematic of slot 0 takes the height
+// that is left.
+void helpL_Click() {
+    toggleoption("helpL");
+    bool on = menuchecked("helpL");
+    frame.helppanelshown = on;
+    if (Window* w = findwindow("schematic")) {
+        double h = frame.frameheight * 0.9;
+        if (on) h -= frame.helppanelheight;
+        w->clientheight = h;
+    }
+    if (on) showhelplines();
+    if (store.lastslot >= 0) schematicbuild();
+}
+
+// A display option changes what the schematic shows: rebuild it when one is open.
+template <const char* Item>
+void display_Click() {
+    toggleoption(Item);
+    if (store.lastslot >= 0) schematicbuild();
+}
+
+constexpr char partslist[] = "partslist";
+constexpr char showxtal[] = "Showxtal";
+constexpr char nano[] = "nano";
+constexpr char showtuning[] = "showtuning";
+constexpr char sfp[] = "sfp";
+constexpr char showcoil[] = "showcoil";
+
+const bool cmds = registercommand("helpL", helpL_Click) &&
+                  registercommand("partslist", display_Click<partslist>) &&
+                  registercommand("Showxtal", display_Click<showxtal>) &&
+                  registercommand("nano", display_Click<nano>) &&
+                  registercommand("showtuning", display_Click<showtuning>) &&
+                  registercommand("sfp", display_Click<sfp>) &&
+                  registercommand("showcoil", display_Click<showcoil>);
+
+} // namespace
+
+void readoptions() {
+    for (const OptionItem& o : optionitems())
+        setchecked(o.item, desktop().getsetting("filter", "options", o.key, "0") == "1");
+}
+
+void toggleoption(const std::string& item) {
+    const OptionItem* o = optionfor(item);
+    if (!o) return;
+    bool on = !menuchecked(item);
+    setchecked(item, on);
+    desktop().savesetting("filter", "options", o->key, on ? "1" : "0");
+}
+
+} // namespace zelk
