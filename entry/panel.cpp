@@ -28,6 +28,10 @@ void Getdata::reset() {
     couplingmode = "UC";
     matchmode = "L";
     returnlossflag = false;
+    Lcurrent = 0;
+    Tname1.clear();
+    Tname2.clear();
+    TN1 = TN2 = 0;
     firstshowing_ = true;
     loaded = visible = false;
     focusname.clear();
@@ -131,6 +135,11 @@ void Getdata::accept_Click() {
         }
     }
     hide();
+}
+
+void Getdata::setrow(int i, const std::string& text) {
+    getvalue(i).text = text;
+    getvalue_Change(i);
 }
 
 void Getdata::getvalue_Change(int i) {

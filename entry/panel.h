@@ -36,11 +36,19 @@ class Getdata : public Window {
     bool stepdown = false;
     std::string couplingmode = "UC";
     std::string matchmode = "L";
-    // Set by the return-loss hint ("db" rows of the return-loss prompt).
+    // Set by the return-loss plot prompt; the hint of a "db" row reads and clears it.
     bool returnlossflag = false;
+    // Left by the Norton and auto-transformer prompts for the hints and the step-up /
+    // step-down toggle: the current inductance, and the two component names and
+    // default turns ratios N of the two choices.
+    double Lcurrent = 0;
+    std::string Tname1, Tname2;
+    double TN1 = 0, TN2 = 0;
 
     // Events.
     void accept_Click();
+    // Sets a row's text as typing would (the change event runs).
+    void setrow(int i, const std::string& text);
     void activate() override;
     void deactivate() override;
     void closebox() override;

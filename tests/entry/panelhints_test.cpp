@@ -1,0 +1,233 @@
+#include <gtest/gtest.h>
+
+#include "core/designstore.h"
+#include "entry/panel.h"
+#include "testsupport.h"
+
+using namespace zelk;
+
+namespace {
+std::string focusnote(const std::string& label, const std::string& code, int row = 0) {
+    slot(store.curslot).code = code;
+    panelclear();
+    getdata.setnote("(none)");
+    panelrow(row, label, "1");
+    getdata.focus("getvalue", row);
+    return getdata.note();
+}
+std::string clicknote(const std::string& label, const std::string& code) {
+    slot(store.curslot).code = code;
+    panelclear();
+    getdata.setnote("(none)");
+    panelrow(0, label, "1");
+    getdata.click("Label2", 0);
+    return getdata.note();
+}
+} // namespace
+
+TEST(PanelHints, FocusNotesByCode) {
+    test::Session s;
+    EXPECT_EQ(focusnote("F1 =", "BLP"), "Enter the 3db cutoff frequency F1.");
+    EXPECT_EQ(focusnote("F1 =", "TBP"), "Enter the lower 3db cutoff frequency F1.");
+    EXPECT_EQ(focusnote("F1 =", "CLP"), "Enter the lower cutoff frequency F1 at the attenuation specified in A pass");
+    EXPECT_EQ(focusnote("F1 =", "CHP"), "Enter the stopband frequency F1.");
+    EXPECT_EQ(focusnote("F1 =", "CBP"), "Enter the lower stopband frequency F1.");
+    EXPECT_EQ(focusnote("F2 =", "BHP"), "Enter the upper 3db cutoff frequency F2.");
+    EXPECT_EQ(focusnote("F2 =", "ELP"), "Enter the stopband frequency F2.");
+    EXPECT_EQ(focusnote("F2 =", "CHP"), "Enter the cutoff frequency F2 at the attenuation specified in A pass.");
+    EXPECT_EQ(focusnote("F2 =", "EBR"), "Enter the lower stopband frequency F2.");
+    EXPECT_EQ(focusnote("F2 =", "CBP"), "Enter the lower cutoff frequency F2 at the attenuation specified in A pass.");
+    EXPECT_EQ(focusnote("F2 =", "BBP"), "Enter the lower 3db cutoff frequency F2.");
+    EXPECT_EQ(focusnote("F2 =", "PAD"), "(none)"); // any other code: the note stays
+    EXPECT_EQ(focusnote("F3 =", "EBP"), "Enter the upper cutoff frequency F3, at the attenuation specified in A pass.");
+    EXPECT_EQ(focusnote("F3 =", "BBR"), "Enter the upper stopband frequency F3.");
+    EXPECT_EQ(focusnote("F4 =", "CBR"), "Enter the upper cutoff frequency F4 at the attenuation specified in A pass.");
+    EXPECT_EQ(focusnote("F4 =", "BBP"), "Enter the upper stopband frequency F4.");
+    EXPECT_EQ(focusnote("Apass =", "BLP"), "Enter the attenuation, in db, at the cutoff frequency.");
+    EXPECT_EQ(focusnote("Apass =", "CLP"), "Enter the allowable passband ripple in db.");
+    EXPECT_EQ(focusnote("Order =", "BCL"), "Enter the order of the filter (=number of crystals).");
+    EXPECT_EQ(focusnote("Zin =", "BLP", 2),
+              "Zin and or Zout can be specified different than the default values shown. If so, the C Match will be applied.");
+    EXPECT_EQ(focusnote("Zin =", "BLP", 5), "Enter the input impedance in Ohms.");
+    EXPECT_EQ(focusnote("SF =", "BBP"),
+              "Enter the Shape Factor from Astop to Apass greater than 1.\nThis is F2 / F1 or F4 / F3.\"");
+    EXPECT_EQ(focusnote("Qu =", "BLP"),
+              "Enter the unloaded Q u if known, else ideal inductors (lossless) will be assumed.");
+    EXPECT_EQ(focusnote("Freq 1 =", "BLP"), "Enter the range of frequencies to be plotted.  A value of zero is not allowed.");
+    EXPECT_EQ(focusnote("Unknown", "BLP"), "(none)");
+    EXPECT_EQ(getdata.currentrow, 0);
+}
+
+TEST(PanelHints, NotelockAndTheReturnLossFlag) {
+    test::Session s;
+    panelclear();
+    panelrow(0, "db1 =", "0");
+    panelrow(1, "db2 =", "-60");
+    getdata.returnlossflag = true;
+    getdata.focus("getvalue", 0);
+    EXPECT_EQ(getdata.note(), "Enter the range of attenuation to be plotted.  Both values should be positive for Return Loss plots.");
+    EXPECT_FALSE(getdata.returnlossflag);
+    getdata.focus("getvalue", 0);
+    EXPECT_EQ(getdata.note(), "Enter the range of attenuation to be plotted.  One of the two values should be negative as the plots are gain curves.");
+    // With the note locked, focus moves neither the note nor the keypad's row.
+    getdata.notelock = true;
+    getdata.setnote("mine");
+    getdata.focus("getvalue", 1);
+    EXPECT_EQ(getdata.note(), "mine");
+    EXPECT_EQ(getdata.currentrow, 0);
+}
+
+TEST(PanelHints, LabelClickNotes) {
+    test::Session s;
+    EXPECT_EQ(clicknote("F1 =", "CBR"), "The cutoff frequency, in Hertz, of low-pass or band reject filters.");
+    EXPECT_EQ(clicknote("F1 =", "BCR"), "The lower 3db cutoff frequency, in Hertz, of coupled resonator filters.");
+    EXPECT_EQ(clicknote("F3 =", "CBP"), "The upper cutoff frequency, in Hertz, at which attenuation = Apass for bandpass filters.");
+    EXPECT_EQ(clicknote("A2 =", "BLP"), "The higher of the pahse angles of the plot in degrees.");
+    EXPECT_EQ(clicknote("L% =", "BLP"),
+              "The value of all inductors in the filter is changed to within the specified % of their ideal value.");
+    EXPECT_EQ(getdata.picturekey, "dipole 2");
+    // The table's keys "db1", "Freq1" never match a two-character key.
+    EXPECT_EQ(clicknote("db1 =", "BLP"), "(none)");
+    EXPECT_EQ(clicknote("Freq 1 =", "BLP"), "(none)");
+}
+
+TEST(PanelHints, RestoreDefaultsByCode) {
+    test::Session s;
+    DesignSlot& d = slot(0);
+    store.curslot = 0;
+    d.w0 = TWOPI * 10e6;
+    d.w1 = TWOPI * 9e6;
+    d.w2 = TWOPI * 10e6;
+    d.w3 = TWOPI * 11e6;
+    d.bw = TWOPI * 1e5;
+    d.Astop = 40;
+    d.r0 = 50.7;
+    d.dipolecount = 4;
+    d.dip(1).R = 50;
+    d.dip(4).R = 50;
+    auto restore = [&](const std::string& code) {
+        d.code = code;
+        panelclear();
+        panelrow(0, "Freq 1 =", "");
+        panelrow(1, "Freq 2 =", "");
+        panelrow(2, "db1 =", "");
+        panelrow(3, "db2 =", "");
+        restore_Click();
+        return paneltext(0) + "|" + paneltext(1) + "|" + paneltext(2) + "|" + paneltext(3);
+    };
+    // LP/HP: w0/pi/20 and w2/pi*5 through roundvalue (1 MHz, 100 MHz).
+    EXPECT_EQ(restore("BLP"), "1M|100M|0|-80");
+    EXPECT_EQ(restore("CHP"), "1M|100M|0|-80");
+    // BP/BR: w2/pi/10 and w3/pi*2.5; the table codes use w1 and w2.
+    EXPECT_EQ(restore("CBP"), "2M|55M|0|-80");
+    EXPECT_EQ(restore("TBR"), "1M|50M|0|-80");
+    // CR and CL in engineering format, unrounded.
+    EXPECT_EQ(restore("BCR"), "5.M|20.M|0|-80");
+    EXPECT_EQ(restore("BCL"), "9.8M|10.2M|0|-80");
+    EXPECT_EQ(restore("ENT"), "2M|100M|0|-80");
+    d.Astop = 0;
+    EXPECT_EQ(restore("BLP"), "1M|100M|0|-60");
+    store.help1 = "Return Loss";
+    EXPECT_EQ(restore("BLP"), "1M|100M|0|240");
+    // Impedance, angle and time rows.
+    panelclear();
+    panelrow(0, "Zin =", "");
+    panelrow(1, "Zout =", "");
+    panelrow(2, "Z1 =", "");
+    panelrow(3, "Z2 =", "");
+    panelrow(4, "DC%=", "");
+    restore_Click();
+    EXPECT_EQ(paneltext(0), "50");
+    EXPECT_EQ(paneltext(1), "50");
+    EXPECT_EQ(paneltext(2), "1.");
+    EXPECT_EQ(paneltext(3), "1K");
+    EXPECT_EQ(paneltext(4), "50");
+    panelclear();
+    panelrow(0, "FM =", "");
+    panelrow(1, "Time =", "");
+    panelrow(2, "A1 =", "");
+    panelrow(3, "A2 =", "");
+    restore_Click();
+    EXPECT_EQ(paneltext(0), "100M");
+    EXPECT_EQ(paneltext(1), "0u"); // 0.5 us as ".5u" truncates to 0
+    EXPECT_EQ(paneltext(2), "-360");
+    EXPECT_EQ(paneltext(3), "360");
+    // Set as Defaults stores what the rows hold.
+    panelclear();
+    panelrow(0, "Freq 1 =", "2M");
+    panelrow(1, "Freq 2 =", "30M");
+    panelrow(2, "db1 =", "5");
+    panelrow(3, "db2 =", "-90");
+    set_Click();
+    EXPECT_EQ(plotdefaults.defaultfreq1, 2e6);
+    EXPECT_EQ(plotdefaults.defaultfreq2, 30e6);
+    EXPECT_EQ(plotdefaults.defaultdb1, 5);
+    EXPECT_EQ(plotdefaults.defaultdb2, -90);
+}
+
+TEST(PanelHints, PicturePresses) {
+    test::Session s;
+    panelclear();
+    panelrow(0, "New Z<>", "50");
+    panelrow(1, "New L >", "1u");
+    panelrow(2, "New C <", "1n");
+    getdata.dipolechoice = 35;
+    const short expected[] = {41, 36, 55, 56, 65, 66, 41};
+    for (short e : expected) {
+        getdataimage_Click();
+        EXPECT_EQ(getdata.dipolechoice, e);
+    }
+    EXPECT_EQ(getdata.picturekey, "dipole 41");
+    EXPECT_FALSE(getdata.getvalue(0).enabled);
+    EXPECT_TRUE(getdata.getvalue(1).enabled);
+    EXPECT_FALSE(getdata.getvalue(2).enabled);
+    // Coupling modes of a crystal design: rows 1 and 2 follow the mode.
+    slot(0).code = "BCL";
+    store.curslot = 0;
+    panelclear();
+    panelrow(0, "Coupling", "CLICK THERE -->");
+    panelrow(1, "Zin", "50");
+    panelrow(2, "Zout", "50");
+    getdata.dipolechoice = 0;
+    getdata.couplingmode = "UC";
+    const char* modes[] = {"UL", "TC", "TL", "UC"};
+    const bool shown[] = {false, true, true, false};
+    for (int i = 0; i < 4; ++i) {
+        getdataimage_Click();
+        EXPECT_EQ(getdata.couplingmode, modes[i]);
+        EXPECT_EQ(getdata.getvalue(1).visible, shown[i]) << modes[i];
+    }
+    EXPECT_EQ(getdata.picturekey, "image 21");
+    // The match toggle.
+    panelclear();
+    panelrow(2, "MATCH =", "");
+    getdata.matchmode = "L";
+    getdataimage_Click();
+    EXPECT_EQ(getdata.matchmode, "C");
+    EXPECT_EQ(getdata.picturekey, "image 26");
+    getdataimage_Click();
+    EXPECT_EQ(getdata.matchmode, "L");
+}
+
+TEST(PanelHints, StepUpStepDown) {
+    test::Session s;
+    panelclear();
+    panelrow(0, "N =", "");
+    getdata.Tname1 = "C2";
+    getdata.Tname2 = "L3";
+    getdata.TN1 = 0.5;
+    getdata.TN2 = 0.25;
+    getdata.dipolechoice = 41;
+    selectT_Click();
+    EXPECT_EQ(getdata.dipolechoice, 42);
+    EXPECT_FALSE(getdata.stepdown);
+    EXPECT_EQ(paneltext(0), "0.25");
+    EXPECT_EQ(getdata.note(), "1 > N =< default value\nDefault values eliminates L3");
+    selectT_Click();
+    EXPECT_EQ(getdata.dipolechoice, 41);
+    EXPECT_TRUE(getdata.stepdown);
+    EXPECT_EQ(paneltext(0), "0.5");
+    getdata.dipolechoice = 47;
+    selectT_Click();
+    EXPECT_EQ(getdata.dipolechoice, 47);
+}
