@@ -83,8 +83,14 @@ struct DesignSlot {
         if (d < 0 || d > MAXDIPOLE) raisefault(9);
         return dipoles[static_cast<size_t>(d)];
     }
-    // Dipole count as an integer for loops.
-    int count() const { return static_cast<int>(dipolecount.value()); }
+    // Dipole count as an integer for loops (a count read from a file may be any number:
+    // it saturates rather than overflow the integer).
+    int count() const {
+        double v = dipolecount.value();
+        if (v >= 2147483647.0) return 2147483647;
+        if (v <= -2147483648.0) return -2147483647 - 1;
+        return static_cast<int>(v);
+    }
 };
 
 // The store and the shared work values of the design core.

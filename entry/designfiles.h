@@ -1,0 +1,47 @@
+// Design files (".sch"): the one persistent form of a filter, one value per line, and
+// the five file commands of the FILE and UTILITIES menus that write, read, delete and
+// join them. The commands register themselves by their control names: `openfilter`,
+// `savefilter`, `delete`, `append`, `insert`.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "core/designstore.h"
+
+namespace zelk {
+
+// The text of slot s as a design file: the 25 header lines (always the form with a
+// design title) and 25 lines per dipole, each line ended by CR LF. Field 16 is the
+// shared wA.
+std::string designfiletext(int s);
+
+// Writes slot s to `path` through a temporary file in the same folder that is then
+// renamed over the old file, so that a failed save leaves the earlier file whole.
+// False when nothing could be written.
+bool writedesignfile(const std::string& path, int s);
+
+// Reads a design file's text into slot s, the way the file commands read: one comma- or
+// line-delimited item per field, quotes stripped from texts, the header form told by
+// the length of the second text (3 characters or fewer: no design title, and the item
+// is the code). wA is overwritten. Reading ends silently where the text ends: fields
+// that get no item keep their values. A dipole number above 32 stops the reading.
+void readdesign(std::string_view text, int s);
+
+// Reads the design file at `path` into slot s; a file that cannot be opened changes
+// nothing. False when it could not be opened.
+bool readdesignfile(const std::string& path, int s);
+
+// The file commands.
+void openfilter_Click();
+void savefilter_Click();
+void delete_Click();
+void append_Click();
+void insert_Click();
+
+// The user's design folder, made on first use and then given the example designs
+// that ship beside the program ("designs" under programdir), so that a new user has
+// something to open at once.
+std::string userdesigns();
+
+} // namespace zelk

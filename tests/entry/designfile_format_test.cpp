@@ -1,0 +1,379 @@
+// The design file format: the exact lines written, the round trip to 15 significant
+// digits, the two header forms and the reading rules for damaged files.
+#include <gtest/gtest.h>
+
+#include <clocale>
+#include <cmath>
+#include <cstdio>
+#include <limits>
+#include <locale>
+#include <string>
+#include <vector>
+
+#include "core/designstore.h"
+#include "entry/designfiles.h"
+#include "testsupport.h"
+
+using namespace zelk;
+
+namespace {
+
+std::vector<std::string> lines(const std::string& text) {
+    std::vector<std::string> out;
+    size_t start = 0;
+    while (start < text.size()) {
+        size_t end = text.find("\r\n", start);
+        if (end == std::string::npos) {
+            out.push_back(text.substr(start));
+            break;
+        }
+        out.push_back(text.substr(start, end - start));
+        start = end + 2;
+    }
+    return out;
+}
+
+// A two-dipole ladder with values whose text form is known by hand.
+void smalldesign() {
+    DesignSlot& d = slot(0);
+    d.title = "Butterworth Low-Pass";
+    d.designtitle = "My low-pass";
+    d.code = "BLP";
+    d.order = 5;
+    d.Astop = 60;
+    d.Apass = 0.25;
+    d.Zin = 50;
+    d.Zout = 75.5;
+    d.r0.clear();
+    d.w0 = 62831853.08;
+    d.w1 = 1.5e-5;
+    d.w2 = 2e15;
+    d.w3 = -0.001;
+    d.w4 = 123456789012345678.0;
+    d.bw.clear();
+    store.wA = 3.5;
+    d.Ls = 0.04069;
+    d.Cs = 1.9e-14;
+    d.Cp = 4.5e-12;
+    d.Qx = 100000;
+    d.Rs = 14.63;
+    d.Fs = 5723998;
+    d.Fp = 5748166;
+    d.Fbw = 57.24;
+    d.dipolecount = 2;
+    Dipole& a = d.dip(1);
+    a = Dipole{};
+    a.type = 1;
+    a.R = 50;
+    a.Lcore = "T50-6";
+    a.Lacore = "air";
+    a.Ls = 0.1;
+    Dipole& b = d.dip(2);
+    b = Dipole{};
+    b.type = 31;
+    b.R = 1.0 / 3.0;
+    b.C = 1e-10;
+}
+
+// The value a file keeps: the double rounded to 15 significant digits, worked out with
+// the C library in the "C" locale (an independent route from the program's own). The
+// largest doubles round beyond the range and come back as the largest.
+double fifteen(double v) {
+    char buf[64];
+    std::snprintf(buf, sizeof buf, "%.14e", v);
+    double r = std::strtod(buf, nullptr);
+    if (std::isinf(r)) return std::copysign(std::numeric_limits<double>::max(), v);
+    return r;
+}
+
+} // namespace
+
+TEST(DesignFile, WritesTheExactLines) {
+    test::Session s;
+    smalldesign();
+    std::string text = designfiletext(0);
+    ASSERT_GE(text.size(), 2u);
+    EXPECT_EQ(text.substr(text.size() - 2), "\r\n");
+    std::vector<std::string> l = lines(text);
+    ASSERT_EQ(l.size(), 25u + 25u * 2u);
+    const std::vector<std::string> header = {
+        "\"Butterworth Low-Pass\"", "\"My low-pass\"", "\"BLP\"", "5", "60", "0.25", "50", "75.5", "",
+        "62831853.08", "1.5E-05", "2E+15", "-0.001", "1.23456789012346E+17", "", "3.5", "0.04069",
+        "1.9E-14", "4.5E-12", "100000", "14.63", "5723998", "5748166", "57.24", "2"};
+    for (size_t i = 0; i < header.size(); ++i) EXPECT_EQ(l[i], header[i]) << "header line " << i + 1;
+    const std::vector<std::string> first = {"1", "50", "0", "0", "0", "0", "\"T50-6\"", "0", "0", "0", "0",
+                                            "0", "0", "0", "0", "\"air\"", "0", "0", "0", "0", "0.1",
+                                            "0", "0", "0", "0"};
+    for (size_t i = 0; i < first.size(); ++i) EXPECT_EQ(l[25 + i], first[i]) << "dipole 1 line " << i + 1;
+    EXPECT_EQ(l[50], "31");
+    EXPECT_EQ(l[51], "0.333333333333333");
+    EXPECT_EQ(l[52], "1E-10");
+    EXPECT_EQ(l[56], "\"\"");
+    // No line but the texts carries a quote, and no number a comma.
+    for (size_t i = 3; i < l.size(); ++i)
+        if (i != 31 && i != 40 && i != 56 && i != 65) {
+            EXPECT_EQ(l[i].find('"'), std::string::npos) << i;
+            EXPECT_EQ(l[i].find(','), std::string::npos) << i;
+        }
+}
+
+TEST(DesignFile, RoundTripKeepsFifteenDigitsTextsAndEmptyNumbers) {
+    test::Session s;
+    DesignSlot& d = slot(0);
+    d.title = "Chebyshev Band-Pass";
+    d.designtitle = "(01-02-2024) Chebyshev, with a comma";
+    d.code = "CBP";
+    d.order = 7;
+    d.Astop = 61.123456789012345;
+    d.Apass.clear();
+    d.Zin = 50;
+    d.Zout = 1.0 / 7.0;
+    d.r0 = -2.5e-300;
+    d.w0 = 6.283185308e8 / 3;
+    d.w1 = 1e-310; // below the normal range
+    d.w2 = 1.7976931348623157e308;
+    d.w3 = 0.1 + 0.2;
+    d.w4 = 94247779.62;
+    d.bw = 2.0 / 3.0;
+    store.wA = 12345.678901234567;
+    d.Ls = 0.04069;
+    d.Cs = 1.9e-14;
+    d.Cp.clear();
+    d.Qx = 100000;
+    d.Rs = 14.63;
+    d.Fs = 5723998;
+    d.Fp = 5748166;
+    d.Fbw = 57.24;
+    d.dipolecount = 32;
+    for (int k = 1; k <= 32; ++k) {
+        Dipole& p = d.dip(k);
+        p.type = static_cast<short>(k == 1 ? 1 : k == 32 ? 31 : (k % 2 ? 4 : 35));
+        double base = std::sqrt(static_cast<double>(k)) / 3.0;
+        double* fields[] = {&p.R, &p.C, &p.L, &p.Qu, &p.K, &p.Lform, &p.Lawg, &p.Lturns, &p.Llength,
+                            &p.Ca, &p.La, &p.Qa, &p.Kspare, &p.Laform, &p.Laawg, &p.Laturns,
+                            &p.Lalength, &p.Ls, &p.Cs, &p.Cp, &p.Rs, &p.Qx};
+        int i = 0;
+        for (double* f : fields) *f = base * std::pow(10.0, (i++ % 9) * 3 - 12) * (k % 3 ? 1 : -1);
+        p.Lcore = k % 2 ? "air" : "T68-2";
+        p.Lacore = k == 5 ? "error" : "";
+    }
+    std::string text = designfiletext(0);
+
+    // Read back into slot 1 after spoiling what the file will overwrite.
+    slot(1) = DesignSlot{};
+    slot(1).designtitle = "stale";
+    store.wA = -1;
+    readdesign(text, 1);
+    const DesignSlot& e = slot(1);
+    EXPECT_EQ(e.title, d.title);
+    EXPECT_EQ(e.designtitle, d.designtitle);
+    EXPECT_EQ(e.code, d.code);
+    const Number DesignSlot::*numbers[] = {&DesignSlot::order, &DesignSlot::Astop, &DesignSlot::Apass,
+                                           &DesignSlot::Zin,   &DesignSlot::Zout,  &DesignSlot::r0,
+                                           &DesignSlot::w0,    &DesignSlot::w1,    &DesignSlot::w2,
+                                           &DesignSlot::w3,    &DesignSlot::w4,    &DesignSlot::bw,
+                                           &DesignSlot::Ls,    &DesignSlot::Cs,    &DesignSlot::Cp,
+                                           &DesignSlot::Qx,    &DesignSlot::Rs,    &DesignSlot::Fs,
+                                           &DesignSlot::Fp,    &DesignSlot::Fbw,   &DesignSlot::dipolecount};
+    int field = 0;
+    for (auto m : numbers) {
+        SCOPED_TRACE(field++);
+        EXPECT_EQ((e.*m).empty(), (d.*m).empty());
+        if (!(d.*m).empty()) {
+            EXPECT_EQ((e.*m).value(), fifteen((d.*m).value()));
+        }
+    }
+    EXPECT_TRUE(e.Apass.empty());
+    EXPECT_TRUE(e.Cp.empty());
+    EXPECT_EQ(store.wA.value(), fifteen(12345.678901234567));
+    for (int k = 1; k <= 32; ++k) {
+        SCOPED_TRACE(k);
+        const Dipole& p = d.dip(k);
+        const Dipole& q = e.dip(k);
+        EXPECT_EQ(q.type, p.type);
+        EXPECT_EQ(q.Lcore, p.Lcore);
+        EXPECT_EQ(q.Lacore, p.Lacore);
+        const double Dipole::*fields[] = {&Dipole::R,  &Dipole::C,       &Dipole::L,       &Dipole::Qu,
+                                          &Dipole::K,  &Dipole::Lform,   &Dipole::Lawg,    &Dipole::Lturns,
+                                          &Dipole::Llength, &Dipole::Ca, &Dipole::La,      &Dipole::Qa,
+                                          &Dipole::Kspare, &Dipole::Laform, &Dipole::Laawg, &Dipole::Laturns,
+                                          &Dipole::Lalength, &Dipole::Ls, &Dipole::Cs,     &Dipole::Cp,
+                                          &Dipole::Rs, &Dipole::Qx};
+        for (auto f : fields) EXPECT_EQ(q.*f, fifteen(p.*f));
+    }
+    // A second pass writes the very same text: nothing drifts.
+    EXPECT_EQ(designfiletext(1), text);
+}
+
+TEST(DesignFile, NumbersIgnoreTheLocale) {
+    test::Session s;
+    smalldesign();
+    std::string before = designfiletext(0);
+    // A locale whose decimal separator is a comma, for the C library where the system has
+    // one and for the C++ streams always.
+    struct Comma : std::numpunct<char> {
+        char do_decimal_point() const override { return ','; }
+    };
+    std::locale oldcpp = std::locale::global(std::locale(std::locale::classic(), new Comma));
+    std::string oldc = std::setlocale(LC_ALL, nullptr);
+    for (const char* name : {"de_DE.UTF-8", "de_DE.utf8", "fr_FR.UTF-8", "de_DE"})
+        if (std::setlocale(LC_ALL, name)) break;
+    std::string during = designfiletext(0);
+    slot(1) = DesignSlot{};
+    readdesign(during, 1);
+    double zout = slot(1).Zout.value(), apass = slot(1).Apass.value();
+    double r = slot(1).dip(2).R;
+    std::setlocale(LC_ALL, oldc.c_str());
+    std::locale::global(oldcpp);
+    EXPECT_EQ(during, before);
+    EXPECT_EQ(zout, 75.5);
+    EXPECT_EQ(apass, 0.25);
+    EXPECT_EQ(r, fifteen(1.0 / 3.0));
+}
+
+TEST(DesignFile, ShortDesignTitleIsMisreadAsTheCode) {
+    test::Session s;
+    smalldesign();
+    slot(0).designtitle = "abc";
+    std::string text = designfiletext(0);
+    slot(1) = DesignSlot{};
+    slot(1).designtitle = "kept";
+    slot(1).dip(3).R = 4.5;
+    store.wA = 0;
+    readdesign(text, 1);
+    const DesignSlot& e = slot(1);
+    EXPECT_EQ(e.title, "Butterworth Low-Pass");
+    EXPECT_EQ(e.designtitle, "kept"); // not touched in the short form
+    EXPECT_EQ(e.code, "abc");
+    ASSERT_TRUE(e.order.istext());
+    EXPECT_EQ(e.order.textvalue(), "BLP");
+    EXPECT_EQ(e.order.value(), 0); // a text counts as 0
+    // Every later header field has shifted by one.
+    EXPECT_EQ(e.Astop.value(), 5);
+    EXPECT_EQ(e.Apass.value(), 60);
+    EXPECT_EQ(e.Zin.value(), 0.25);
+    EXPECT_EQ(e.Zout.value(), 50);
+    EXPECT_EQ(e.r0.value(), 75.5);
+    EXPECT_TRUE(e.w0.empty()); // r0 was never set
+    EXPECT_EQ(e.w3.value(), 2e15);
+    EXPECT_TRUE(store.wA.empty()); // bw was never set
+    EXPECT_EQ(e.Ls.value(), 3.5);
+    EXPECT_EQ(e.Fbw.value(), 5748166);
+    EXPECT_EQ(e.dipolecount.value(), 57.24); // the old Fbw: beyond the tables
+    // The dipoles are read shifted too, as far as there are items, up to dipole 32.
+    EXPECT_EQ(e.dip(1).type, 2);
+    EXPECT_EQ(e.dip(1).R, 1);
+    EXPECT_EQ(e.dip(1).C, 50);
+    EXPECT_EQ(e.dip(2).type, 0);
+    EXPECT_EQ(e.dip(2).R, 31);
+    EXPECT_EQ(e.dip(3).type, 0);
+    EXPECT_EQ(e.dip(3).R, 4.5); // the end of the file came first
+}
+
+TEST(DesignFile, VersionOneFileHasNoDesignTitle) {
+    test::Session s;
+    const std::string v1 =
+        "\"Chebyshev High-Pass\"\r\n\"CHP\"\r\n3\r\n40\r\n0.5\r\n50\r\n50\r\n\r\n"
+        "1000\r\n1000\r\n500\r\n\r\n\r\n\r\n0.5\r\n\r\n\r\n\r\n\r\n\r\n\r\n\r\n\r\n4\r\n"
+        "1\r\n50\r\n0\r\n0\r\n0\r\n0\r\n\"\"\r\n0\r\n0\r\n0\r\n0\r\n0\r\n0\r\n0\r\n0\r\n\"\"\r\n"
+        "0\r\n0\r\n0\r\n0\r\n0\r\n0\r\n0\r\n0\r\n0\r\n";
+    slot(0) = DesignSlot{};
+    slot(0).designtitle = "held before";
+    slot(0).dip(2).type = 77;
+    readdesign(v1, 0);
+    const DesignSlot& d = slot(0);
+    EXPECT_EQ(d.title, "Chebyshev High-Pass");
+    EXPECT_EQ(d.designtitle, "held before");
+    EXPECT_EQ(d.code, "CHP");
+    EXPECT_EQ(d.order.value(), 3);
+    EXPECT_EQ(d.Astop.value(), 40);
+    EXPECT_EQ(d.Apass.value(), 0.5);
+    EXPECT_TRUE(d.r0.empty());
+    EXPECT_EQ(d.w2.value(), 500);
+    EXPECT_EQ(store.wA.value(), 0.5);
+    EXPECT_EQ(d.dipolecount.value(), 4);
+    EXPECT_EQ(d.dip(1).type, 1);
+    EXPECT_EQ(d.dip(1).R, 50);
+    EXPECT_EQ(d.dip(2).type, 77); // the file ended: the rest keeps its values
+
+    // A version 1 file whose code is longer than 3 letters takes it for a title.
+    slot(0) = DesignSlot{};
+    readdesign("\"Butterworth Dishal Lower Sideband filter\"\r\n\"DLSB\"\r\n4\r\n60\r\n", 0);
+    EXPECT_EQ(slot(0).designtitle, "DLSB");
+    EXPECT_EQ(slot(0).code, "4");
+    EXPECT_EQ(slot(0).order.value(), 60);
+}
+
+TEST(DesignFile, DamagedFilesEndInAPartialRead) {
+    test::Session s;
+    auto header = [](const std::string& count) {
+        return "\"T\"\r\n\"Design\"\r\n\"BLP\"\r\n5\r\n60\r\n1\r\n50\r\n50\r\n\r\n1\r\n2\r\n3\r\n4\r\n5\r\n"
+               "6\r\n7\r\n8\r\n9\r\n10\r\n11\r\n12\r\n13\r\n14\r\n15\r\n" + count + "\r\n";
+    };
+    auto group = [](int type, const std::string& r) {
+        std::string g = std::to_string(type) + "\r\n" + r + "\r\n";
+        for (int i = 3; i <= 25; ++i) g += (i == 7 || i == 16) ? "\"\"\r\n" : std::to_string(i) + "\r\n";
+        return g;
+    };
+
+    // A quoted item read into a number field of a dipole is consumed and skipped.
+    slot(0) = DesignSlot{};
+    slot(0).dip(1).R = 99;
+    readdesign(header("1") + group(1, "\"fifty\""), 0);
+    EXPECT_EQ(slot(0).dip(1).R, 99);
+    EXPECT_EQ(slot(0).dip(1).C, 3); // the next item went to the next field
+
+    // A count beyond the tables reads 32 dipoles and stops there.
+    slot(0) = DesignSlot{};
+    std::string all = header("33");
+    for (int k = 1; k <= 33; ++k) all += group(k, std::to_string(k * 10));
+    readdesign(all, 0);
+    EXPECT_EQ(slot(0).dipolecount.value(), 33);
+    EXPECT_EQ(slot(0).dip(32).type, 32);
+    EXPECT_EQ(slot(0).dip(32).R, 320);
+    EXPECT_EQ(slot(0).dip(0).type, 0);
+
+    // A negative or a non-numeric count reads no dipoles; the text stands in the field.
+    for (const std::string& count : {std::string("-1"), std::string("\"many\""), std::string("many")}) {
+        SCOPED_TRACE(count);
+        slot(0) = DesignSlot{};
+        readdesign(header(count) + group(7, "1"), 0);
+        EXPECT_EQ(slot(0).dip(1).type, 0);
+        EXPECT_EQ(slot(0).dipolecount.value(), count == "-1" ? -1 : 0);
+        EXPECT_EQ(slot(0).dipolecount.istext(), count != "-1");
+    }
+
+    // Several values may share a line, separated by commas; blanks around them go.
+    slot(0) = DesignSlot{};
+    readdesign("\"T\",\"Long title\", \"CBP\" , 7 ,  1.5e3,2.5D-1\n", 0);
+    EXPECT_EQ(slot(0).designtitle, "Long title");
+    EXPECT_EQ(slot(0).code, "CBP");
+    EXPECT_EQ(slot(0).order.value(), 7);
+    EXPECT_EQ(slot(0).Astop.value(), 1500);
+    EXPECT_EQ(slot(0).Apass.value(), 0.25);
+    EXPECT_EQ(slot(0).Zin.kind(), Number::Kind::Empty); // untouched
+
+    // Numbers too large to hold, a type outside 16 bits, and texts in number places.
+    slot(0) = DesignSlot{};
+    slot(0).dip(1).type = 5;
+    slot(0).dip(1).L = 7;
+    slot(0).Astop = 3;
+    readdesign(header("1").replace(header("1").find("60"), 2, "1e999") +
+                   "40000\r\n1e-999\r\nabc\r\n1e400\r\n",
+               0);
+    EXPECT_EQ(slot(0).Astop.value(), 3);
+    EXPECT_EQ(slot(0).dip(1).type, 5);
+    EXPECT_EQ(slot(0).dip(1).R, 0);
+    EXPECT_EQ(slot(0).dip(1).C, 0);
+    EXPECT_EQ(slot(0).dip(1).L, 7);
+    EXPECT_TRUE(std::isfinite(slot(0).dip(1).Qu));
+
+    // An unclosed quote takes the rest of the text; nothing at all changes nothing.
+    slot(0) = DesignSlot{};
+    slot(0).title = "before";
+    readdesign("", 0);
+    EXPECT_EQ(slot(0).title, "before");
+    readdesign("\"never closed\r\n5\r\n", 0);
+    EXPECT_EQ(slot(0).title, "never closed\r\n5\r\n");
+    EXPECT_EQ(slot(0).code, "");
+}
