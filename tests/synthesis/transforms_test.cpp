@@ -1,0 +1,222 @@
+// Ladder layout of the list g and the four frequency transforms, against the layout
+// table and hand calculation.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "core/designflow.h"
+#include "core/designstore.h"
+#include "synthesis/transforms.h"
+#include "tests/testsupport.h"
+
+namespace zelk {
+namespace {
+
+// g[k] = k + 0.5 so that the reading direction shows in the values.
+void ladder(int n, double zin, double zout, const std::string& configuration) {
+    store.curslot = 0;
+    DesignSlot& s = slot(0);
+    s.order = n;
+    s.Zin = zin;
+    s.Zout = zout;
+    flow.configuration = configuration;
+    for (int k = 1; k <= 16; ++k) store.g[k] = k + 0.5;
+    schematicrealize();
+}
+
+std::vector<int> types() {
+    std::vector<int> t;
+    for (int d = 1; d <= slot(0).count(); ++d) t.push_back(slot(0).dip(d).type);
+    return t;
+}
+
+// The element value of dipole d, whichever part it is.
+double part(int d) { return slot(0).dip(d).C + slot(0).dip(d).L; }
+
+TEST(SchematicRealize, EveryRowOfTheLayoutTable) {
+    test::Session session;
+    using V = std::vector<int>;
+    // Pi, odd, Zin <= Zout: C first, forwards, r0 = Zin, wire then load.
+    ladder(3, 50, 50, "Pi");
+    EXPECT_EQ(types(), (V{1, 33, 2, 33, 6, 31}));
+    EXPECT_EQ(part(2), 1.5);
+    EXPECT_EQ(part(4), 3.5);
+    EXPECT_EQ(slot(0).r0.value(), 50);
+    EXPECT_TRUE(store.oddorder);
+    // Pi, odd, else: backwards, r0 = Zout.
+    ladder(3, 100, 50, "Pi");
+    EXPECT_EQ(types(), (V{1, 33, 2, 33, 6, 31}));
+    EXPECT_EQ(part(2), 3.5);
+    EXPECT_EQ(slot(0).r0.value(), 50);
+    EXPECT_EQ(slot(0).dip(1).R, 100);
+    EXPECT_EQ(slot(0).dip(6).R, 50);
+    // Pi, even, Zin >= Zout: C first forwards, load straight after.
+    ladder(4, 50, 50, "Pi");
+    EXPECT_EQ(types(), (V{1, 33, 2, 33, 2, 31}));
+    EXPECT_EQ(part(2), 1.5);
+    EXPECT_EQ(slot(0).dipolecount.value(), 6);
+    // Pi, even, else: L first backwards, wire then load, r0 = Zout.
+    ladder(4, 50, 100, "Pi");
+    EXPECT_EQ(types(), (V{1, 38, 2, 33, 2, 33, 6, 31}));
+    EXPECT_EQ(part(3), 4.5);
+    EXPECT_EQ(part(6), 1.5);
+    EXPECT_EQ(slot(0).r0.value(), 100);
+    // T, odd, Zin >= Zout: L first forwards.
+    ladder(3, 50, 50, "T");
+    EXPECT_EQ(types(), (V{1, 38, 2, 33, 2, 31}));
+    EXPECT_EQ(part(3), 1.5);
+    EXPECT_EQ(part(5), 3.5);
+    // T, odd, else: backwards, r0 = Zout.
+    ladder(3, 50, 75, "T");
+    EXPECT_EQ(part(3), 3.5);
+    EXPECT_EQ(slot(0).r0.value(), 75);
+    // T, even, Zin <= Zout: L first forwards, wire then load.
+    ladder(2, 50, 50, "T");
+    EXPECT_EQ(types(), (V{1, 38, 2, 33, 6, 31}));
+    EXPECT_EQ(part(3), 1.5);
+    EXPECT_EQ(slot(0).r0.value(), 50);
+    // T, even, else: C first backwards, r0 = Zout.
+    ladder(2, 75, 50, "T");
+    EXPECT_EQ(types(), (V{1, 33, 2, 31}));
+    EXPECT_EQ(part(2), 2.5);
+    EXPECT_EQ(slot(0).r0.value(), 50);
+    // Anything but "Pi" lays out as T; order 1 Pi is source, shunt C, wire, load.
+    ladder(1, 50, 50, "SPT");
+    EXPECT_EQ(types(), (V{1, 38, 2, 31}));
+    ladder(1, 50, 50, "Pi");
+    EXPECT_EQ(types(), (V{1, 33, 6, 31}));
+    // A 16th order fits the tables: 20 dipoles.
+    ladder(16, 50, 100, "Pi");
+    EXPECT_EQ(slot(0).dipolecount.value(), 20);
+    EXPECT_EQ(slot(0).dip(20).type, 31);
+    // No order: the host's fault, not a ladder with an odd dipole count.
+    store.curslot = 0;
+    slot(0).order = 0;
+    EXPECT_THROW(schematicrealize(), RuntimeFault);
+}
+
+TEST(Transforms, LowPassAndHighPassByHand) {
+    test::Session session;
+    ladder(3, 50, 50, "Pi");
+    slot(0).w0 = 1000;
+    flow.Qdesign = 80;
+    LPtoLP();
+    EXPECT_DOUBLE_EQ(slot(0).dip(2).C, 1.5 / 50 / 1000);
+    EXPECT_DOUBLE_EQ(slot(0).dip(3).L, 2.5 * 50 / 1000);
+    EXPECT_EQ(slot(0).dip(3).Qu, 80);
+    EXPECT_EQ(slot(0).dip(2).Qu, 0);
+    EXPECT_EQ(slot(0).dip(1).R, 50);
+
+    // High-pass: shunt C 1.5 becomes shunt L 1/1.5, series L 2.5 becomes series C 1/2.5.
+    ladder(3, 50, 50, "Pi");
+    slot(0).w0 = 1000;
+    slot(0).dip(5).type = 5; // an L||C arm keeps its type, its parts swapped by reciprocals
+    slot(0).dip(5).L = 2;
+    slot(0).dip(5).C = 4;
+    slot(0).dip(5).Ca = 7;
+    LPtoHP();
+    const Dipole& shuntL = slot(0).dip(2);
+    EXPECT_EQ(shuntL.type, 32);
+    EXPECT_DOUBLE_EQ(shuntL.L, (1 / 1.5) * 50 / 1000);
+    EXPECT_EQ(shuntL.C, 0);
+    EXPECT_EQ(shuntL.Qu, 80);
+    EXPECT_EQ(slot(0).dip(3).type, 3);
+    EXPECT_DOUBLE_EQ(slot(0).dip(3).C, (1 / 2.5) / 1000 / 50);
+    EXPECT_EQ(slot(0).dip(5).type, 5);
+    EXPECT_DOUBLE_EQ(slot(0).dip(5).L, 0.25 * 50 / 1000);
+    EXPECT_DOUBLE_EQ(slot(0).dip(5).C, 0.5 / 1000 / 50);
+    EXPECT_EQ(slot(0).dip(5).Ca, 0);
+}
+
+TEST(Transforms, BandPassAndBandRejectByHand) {
+    test::Session session;
+    ladder(2, 50, 50, "Pi"); // 33 (1.5), 2 (2.5)
+    slot(0).w0 = 1000;
+    flow.Qratio = 10;
+    flow.Qdesign = 0;
+    LPtoBP();
+    // A shunt C of 1.5 resonates with L = 1/(q C); a series L with C = 1/(q L).
+    EXPECT_EQ(slot(0).dip(2).type, 35);
+    EXPECT_DOUBLE_EQ(slot(0).dip(2).C, 15.0 / 50 / 1000);
+    EXPECT_DOUBLE_EQ(slot(0).dip(2).L, (1.0 / 15) * 50 / 1000);
+    EXPECT_EQ(slot(0).dip(3).type, 4);
+    EXPECT_DOUBLE_EQ(slot(0).dip(3).L, 25.0 * 50 / 1000);
+    EXPECT_DOUBLE_EQ(slot(0).dip(3).C, (1 / 25.0) / 1000 / 50);
+    // Every arm resonates at w0.
+    for (int d : {2, 3}) EXPECT_NEAR(slot(0).dip(d).L * slot(0).dip(d).C * 1e6, 1, 1e-12);
+
+    ladder(2, 50, 50, "Pi");
+    slot(0).w0 = 1000;
+    flow.Qdesign = 50;
+    LPtoBR();
+    EXPECT_EQ(slot(0).dip(2).type, 34);
+    EXPECT_DOUBLE_EQ(slot(0).dip(2).L, (10 / 1.5) * 50 / 1000);
+    EXPECT_DOUBLE_EQ(slot(0).dip(2).C, (1.5 / 10) / 1000 / 50);
+    EXPECT_EQ(slot(0).dip(3).type, 5);
+    EXPECT_DOUBLE_EQ(slot(0).dip(3).L, (2.5 / 10) * 50 / 1000);
+    EXPECT_EQ(slot(0).dip(3).Qu, 50);
+    for (int d : {2, 3}) EXPECT_NEAR(slot(0).dip(d).L * slot(0).dip(d).C * 1e6, 1, 1e-12);
+}
+
+TEST(Transforms, DoubleResonanceArmsAndTheirRewrites) {
+    test::Session session;
+    // A band-pass trap arm of type 34 with L = 1, C = 1, q = 1: r = sqrt(4 + 1) = sqrt 5.
+    auto arm = [](short type, const char* configuration) {
+        store.curslot = 0;
+        flow.configuration = configuration;
+        flow.Qratio = 1;
+        flow.Qdesign = 40;
+        DesignSlot& s = slot(0);
+        s.dipolecount = 2;
+        s.w0 = 1;
+        s.r0 = 1;
+        s.dip(1) = Dipole{};
+        s.dip(1).type = type;
+        s.dip(1).L = 1;
+        s.dip(1).C = 1;
+        return &s.dip(1);
+    };
+    const double r = std::sqrt(5.0);
+    Dipole* p = arm(34, "T");
+    LPtoBP();
+    EXPECT_EQ(p->type, 47);
+    EXPECT_DOUBLE_EQ(p->C, ((r - 1) / 2) / r);
+    EXPECT_DOUBLE_EQ(p->Ca, ((r + 1) / 2) / r);
+    EXPECT_DOUBLE_EQ(p->L, r / ((r + 1) / 2));
+    EXPECT_EQ(p->Qu, 40);
+    EXPECT_EQ(p->Qa, 40);
+    // Band-reject arms keep their inductors lossless.
+    p = arm(5, "Pi");
+    LPtoBR();
+    EXPECT_EQ(p->type, 18);
+    EXPECT_DOUBLE_EQ(p->L, ((r - 1) / 2) / r);
+    EXPECT_EQ(p->Qu, 0);
+    EXPECT_EQ(p->Qa, 0);
+    // The series-parallel rewrite: a = L, b = C, c = La, d = Ca, D = (ab - cd)^2.
+    p = arm(34, "SPT");
+    LPtoBP();
+    {
+        const double b = ((r - 1) / 2) / r, d = ((r + 1) / 2) / r, a = 1 / d, c = 1 / b;
+        const double D = (a * b - c * d) * (a * b - c * d);
+        EXPECT_EQ(p->type, 49);
+        EXPECT_DOUBLE_EQ(p->Ca, b + d);
+        EXPECT_DOUBLE_EQ(p->La, a * c / (a + c));
+        EXPECT_NEAR(p->C, b * d * (b + d) * (a + c) * (a + c) / D, 1e-12);
+        EXPECT_NEAR(p->L, D / (a + c) / ((b + d) * (b + d)), 1e-12);
+    }
+    p = arm(5, "SPPi");
+    LPtoBP();
+    EXPECT_EQ(p->type, 13);
+    // Types 1, 6, 31 and 38 pass every transform untouched.
+    ladder(2, 50, 50, "T");
+    slot(0).w0 = 1;
+    LPtoBR();
+    EXPECT_EQ(slot(0).dip(2).type, 38);
+    EXPECT_EQ(slot(0).dip(2).L + slot(0).dip(2).C, 0);
+    EXPECT_EQ(slot(0).dip(5).type, 6);
+    EXPECT_EQ(slot(0).dip(6).R, 50);
+}
+
+} // namespace
+} // namespace zelk
