@@ -1,0 +1,820 @@
+#include "analysis/plotframe.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "analysis/walkers.h"
+#include "core/commands.h"
+#include "core/desktop.h"
+#include "core/surface.h"
+#include "entry/notation.h"
+
+namespace zelk {
+
+namespace {
+
+constexpr double BUTTONWIDTH = 1800, BUTTONHEIGHT = 360;
+
+double log10of(double x) { return std::log(x) / std::log(10.0); }
+
+// An axis label in engineering notation without the bare point of the notation ("1.K"
+// reads "1K" on an axis).
+std::string axislabel(double v) {
+    std::string t = engformatvalue(v);
+    for (size_t i = 0; i < t.size(); ++i)
+        if (t[i] == '.' && (i + 1 == t.size() || !(t[i + 1] >= '0' && t[i + 1] <= '9'))) {
+            t.erase(i, 1);
+            break;
+        }
+    if (v < 0 && (t.empty() || t[0] != '-')) t = "-" + t;
+    return t;
+}
+
+// The code's kind letters of slot 0.
+std::string codetail(size_t n) {
+    const std::string& c = slot(0).code;
+    return c.size() >= n ? c.substr(c.size() - n) : c;
+}
+
+long slotcolour(int s) { return RGB(0, 0, std::min(255, 255 * s)); }
+
+// The grid lines of a logarithmic axis from lo to hi: in each decade the lines stand at
+// the multiples of the decade's step, the first at (Int(lo/step) + 1)*step. Calls
+// line(value, decade) for each line inside the axis.
+template <class F> void loggrid(double lo, double hi, F line) {
+    if (!(lo > 0) || !(hi > lo)) return;
+    double step = std::pow(10.0, Int(log10of(lo) + 0.0001));
+    double m = Int(lo / step) + 1;
+    for (int guard = 0; guard < 400; ++guard) {
+        double f = m * step;
+        if (f >= hi * (1 - 1e-12)) break;
+        bool decade = m >= 10 - 1e-9;
+        line(f, decade);
+        if (decade) {
+            step *= 10;
+            m = 2;
+        } else {
+            m += 1;
+        }
+    }
+}
+
+} // namespace
+
+// ---------------------------------------------------------------------------------------
+// Division tables and defaults
+
+void dbdivision(double range, double& division, double& major) {
+    static const double rows[][3] = {{30, 1, 10},  {60, 2, 20},  {90, 3, 30}, {120, 4, 20},
+                                     {180, 5, 30}, {210, 6, 60}};
+    for (auto& r : rows)
+        if (range <= r[0]) {
+            division = r[1];
+            major = r[2];
+            return;
+        }
+    division = 10;
+    major = 60;
+}
+
+void defaultspan(double& f1, double& f2, bool widecr) {
+    const DesignSlot& s = slot(0);
+    const double w0 = s.w0, w1 = s.w1, w2 = s.w2, w3 = s.w3;
+    std::string k2 = codetail(2), k3 = codetail(3);
+    if (k2 == "CR") {
+        if (widecr) {
+            f1 = ((w0 * 0.5) / PI) / 2;
+            f2 = ((w0 * 2) / PI) / 2;
+        } else {
+            f1 = ((w0 * 0.8) / PI) / 2;
+            f2 = ((w0 * 1.2) / PI) / 2;
+        }
+    } else if (k2 == "CL" || k2 == "SB") {
+        f1 = ((w0 * 0.99) / 2) / PI;
+        f2 = ((w0 * 1.01) / 2) / PI;
+    } else if (k2 == "LP" || k2 == "HP") {
+        f1 = (w0 / PI) / 20;
+        f2 = (w2 / PI) * 5;
+    } else if (k3 == "TBP" || k3 == "TBR") {
+        f1 = (w1 / PI) / 10;
+        f2 = (w2 / PI) * 2.5;
+    } else if (k2 == "BP" || k2 == "BR") {
+        f1 = (w2 / PI) / 10;
+        f2 = (w3 / PI) * 2.5;
+    } else {
+        f1 = (w0 / PI) / 20;
+        f2 = (w0 / PI) * 5;
+    }
+}
+
+PlotForm* findplot(std::string_view formname) {
+    return dynamic_cast<PlotForm*>(findwindow(formname));
+}
+
+// ---------------------------------------------------------------------------------------
+// The form
+
+PlotForm::PlotForm(std::string formname, std::string name, PlotKind k, Quantity q, TimeKind tk,
+                   int b, std::string pitem, std::string citem)
+    : Window(std::move(formname), name), plotname(std::move(name)), kind(k), quantity(q),
+      timekind(tk), buttons(b), printitem(std::move(pitem)), clipitem(std::move(citem)) {
+    draws = true;
+    unit = 15;
+    Control& f = add(ControlKind::Picture, "frame");
+    f.onmousedown = [this](int, int button, int, double x, double y) { frame_MouseDown(button, x, y); };
+    f.onmousemove = [this](int, int, int, double x, double y) { frame_MouseMove(x, y); };
+    static const char* names[] = {"Command1", "Command2", "Command3"};
+    for (int i = 0; i < 3; ++i) {
+        if (!(buttons & (1 << i))) continue;
+        Control& c = add(ControlKind::Button, names[i]);
+        if (i == 0) c.onclick = [this](int) { Command1_Click(); };
+        if (i == 1) c.onclick = [this](int) { Command2_Click(); };
+        if (i == 2) c.onclick = [this](int) { Command3_Click(); };
+    }
+    if (Control* c = find("Command1"))
+        c->caption = timeplot() ? "Auto Scale" : "Set as Default";
+    if (Control* c = find("Command2")) c->caption = "Restore Defaults";
+    if (Control* c = find("Command3"))
+        c->caption = quantity == Quantity::PEG || quantity == Quantity::PIG ? "Return Loss"
+                                                                            : "Default Span";
+}
+
+void PlotForm::reset() {
+    freq1 = freq2 = db1 = db2 = 0;
+    Time = FM = N1 = N2 = DC = tone = 0;
+    runmax = -240;
+    zlow = 1000, zhigh = 0, measlow = meashigh = 0;
+    anglelow = -10, anglehigh = 10;
+    exactmatch = false;
+    delaymax = 0;
+    autoN1 = autoN2 = 0;
+    tracked = returnloss = loading = shown = leftpressed = false;
+    leftfreq = 0;
+    passslots = 0;
+    caption = plotname;
+    overlay.on = false;
+    for (auto& c : controls) {
+        c->enabled = true;
+        c->visible = true;
+    }
+}
+
+void PlotForm::layout() {
+    double top = clientheight - BUTTONHEIGHT - 120;
+    double left = 300;
+    for (const char* n : {"Command1", "Command2", "Command3"}) {
+        Control* c = find(n);
+        if (!c) continue;
+        c->left = left;
+        c->top = top;
+        c->width = BUTTONWIDTH;
+        c->height = BUTTONHEIGHT;
+        left += BUTTONWIDTH + 300;
+    }
+    horzcent = 1100;
+    frametop = 480;
+    framewidth = std::max(1000.0, clientwidth - horzcent - 500);
+    vertsize = std::max(1000.0, clientheight - frametop - 1100 - (BUTTONHEIGHT + 160));
+    Control& f = ctl("frame");
+    f.left = horzcent;
+    f.top = frametop;
+    f.width = framewidth;
+    f.height = vertsize;
+}
+
+void PlotForm::open() {
+    if (!loaded) {
+        loading = true;
+        // Half the height and two thirds of the width of the frame's client area,
+        // staggered by 300 twips from the plot before.
+        clientwidth = plotshared.frameclientwidth * 2 / 3;
+        clientheight = plotshared.frameclientheight / 2;
+        plotshared.plotstagger += 300;
+        if (plotshared.plotstagger > plotshared.frameclientheight / 2) plotshared.plotstagger = 300;
+        left = top = plotshared.plotstagger;
+        layout();
+        caption = plotname;
+        show();
+        loading = false;
+    } else {
+        show();
+    }
+    if (surface) surface->cls();
+}
+
+void PlotForm::resized() {
+    layout();
+    if (loading || !loaded) return;
+    plotshared.fixedscale = true;
+    redraw();
+    plotshared.fixedscale = false;
+}
+
+void PlotForm::deactivate() {
+    // The plot goes away: its print and clipboard items go off with it.
+    setenabled(printitem, false);
+    setenabled(clipitem, false);
+    shown = false;
+    overlay.on = false;
+    leftpressed = false;
+}
+
+double PlotForm::yof(double v) const {
+    double y;
+    if (kind == PlotKind::Impedance) {
+        double lo = std::max(db1, 0.1), hi = db2;
+        if (!(v > 0) || !(hi > lo)) return vertsize;
+        y = vertsize * log10of(hi / v) / log10of(hi / lo);
+    } else if (kind == PlotKind::Time) {
+        double range = N1 - N2;
+        if (range == 0) return vertsize;
+        y = vertsize - (vertsize / range) * (v - N2);
+    } else {
+        double range = db2 - db1;
+        if (range == 0) return vertsize;
+        y = (vertsize / (db1 - db2)) * (v - db2);
+    }
+    if (!(y < vertsize)) y = vertsize; // below the frame, or not a number
+    return y;
+}
+
+// ---------------------------------------------------------------------------------------
+// Axes
+
+namespace {
+
+void gridline(Surface& s, double x1, double y1, double x2, double y2) { s.line(x1, y1, x2, y2); }
+
+void framebox(PlotForm& p) {
+    Surface& s = *p.surface;
+    double l = p.horzcent, t = p.frametop, r = l + p.framewidth, b = t + p.vertsize;
+    s.setcolour(BLACK);
+    s.line(l, t, r, t);
+    s.line(r, t, r, b);
+    s.line(r, b, l, b);
+    s.line(l, b, l, t);
+}
+
+// A label right-aligned 100 twips left of the frame, centred on the line at y.
+void leftlabel(PlotForm& p, double y, const std::string& text, bool degree = false) {
+    Surface& s = *p.surface;
+    double w = s.textwidth(text) + (degree ? s.textwidth("o") * 0.8 : 0);
+    double x = p.horzcent - 100 - w;
+    double h = s.textheight(text);
+    s.drawtext(x, y - h / 2, text);
+    if (degree) s.drawtext(x + s.textwidth(text), y - h / 2 - h * 0.35, "o");
+}
+
+// The footer lines under the frame and the design titles.
+void footer(PlotForm& p, const std::string& text) {
+    Surface& s = *p.surface;
+    double h = s.textheight("X");
+    double y = p.frametop + p.vertsize + h * 1.4;
+    s.setcolour(BLACK);
+    s.drawtext(p.horzcent + (p.framewidth - s.textwidth(text)) / 2, y, text);
+    y += h * 1.2;
+    s.drawtext(p.horzcent, y, slot(0).designtitle);
+    if (store.lastslot > 0) {
+        y += h;
+        s.setcolour(BLUE);
+        s.drawtext(p.horzcent, y, slot(1).designtitle);
+        s.setcolour(BLACK);
+    }
+}
+
+void heading(PlotForm& p) {
+    Surface& s = *p.surface;
+    s.setcolour(BLACK);
+    s.setbold(true);
+    s.drawtext(p.horzcent + (p.framewidth - s.textwidth(p.plotname)) / 2, 120, p.plotname);
+    s.setbold(false);
+}
+
+// A linear vertical grid from lo to hi with the given division; labels by the predicate.
+template <class L> void lineargrid(PlotForm& p, double lo, double hi, double division, L label) {
+    Surface& s = *p.surface;
+    if (!(division > 0) || !(hi > lo)) return;
+    int n = static_cast<int>(std::floor((hi - lo) / division + 1e-9));
+    if (n > 400) n = 400;
+    for (int i = 0; i <= n; ++i) {
+        double v = lo + i * division;
+        double y = p.frametop + p.vertsize * (hi - v) / (hi - lo);
+        gridline(s, p.horzcent, y, p.horzcent + p.framewidth, y);
+        label(v, y, i == n);
+    }
+}
+
+// A step of 1, 2 or 5 times a power of ten that gives about ten divisions of range.
+double nicestep(double range) {
+    if (!(range > 0)) return 1;
+    double e = std::pow(10.0, std::floor(log10of(range / 10)));
+    for (double m : {1.0, 2.0, 5.0, 10.0})
+        if (range / (m * e) <= 12) return m * e;
+    return 10 * e;
+}
+
+} // namespace
+
+void dbaxis(PlotForm& p) {
+    double division, major;
+    dbdivision(p.db2 - p.db1, division, major);
+    // Both limits rounded out to whole divisions.
+    p.db1 = Int(p.db1 / division) * division;
+    p.db2 = -Int(-p.db2 / division) * division;
+    if (p.db2 <= p.db1) p.db2 = p.db1 + division;
+    if (!p.surface) return;
+    Surface& s = *p.surface;
+    s.setcolour(BLACK);
+    lineargrid(p, p.db1, p.db2, division, [&](double v, double y, bool top) {
+        double r = v / major - Int(v / major + 0.001);
+        if (r <= 0 || top) leftlabel(p, y, Str(v) + "db");
+    });
+    footer(p, Str(division) + "db/div by log frequency");
+}
+
+void frequencyaxis(PlotForm& p) {
+    if (p.surface) {
+        Surface& s = *p.surface;
+        s.setcolour(BLACK);
+        double lo = p.freq1, hi = p.freq2;
+        double span = log10of(hi / lo);
+        double yb = p.frametop + p.vertsize;
+        double h = s.textheight("X");
+        double lastright = -1e9;
+        auto label = [&](double x, double f) {
+            std::string t = axislabel(f);
+            double w = s.textwidth(t);
+            double lx = std::clamp(x - w / 2, p.horzcent - w / 2, p.horzcent + p.framewidth - w / 2);
+            if (lx < lastright + 60) return;
+            s.drawtext(lx, yb + h * 0.2, t);
+            lastright = lx + w;
+        };
+        label(p.horzcent, lo);
+        double endx = p.horzcent + p.framewidth;
+        double endw = s.textwidth(axislabel(hi));
+        loggrid(lo, hi, [&](double f, bool decade) {
+            double x = p.horzcent + p.framewidth * log10of(f / lo) / span;
+            s.line(x, p.frametop, x, yb);
+            if (decade && x + s.textwidth(axislabel(f)) / 2 < endx - endw / 2 - 60) label(x, f);
+        });
+        label(endx, hi);
+        framebox(p);
+        heading(p);
+    }
+    sethelp("When the cursor is inside the area bounded by the graph, a red vertical bar follows the cursor.",
+            "Clicking the left mouse button will replace the title of the plots window with the exact frequency and value at the cursor position.",
+            "Clicking the right button will redraw the plot from the last left button frequency to the right button",
+            "This refers to the first filter opened (plotted in BLACK).");
+}
+
+void impedanceaxis(PlotForm& p) {
+    if (p.db1 < 0.1) p.db1 = 0.1;
+    if (p.db2 <= p.db1) p.db2 = p.db1 * 10;
+    if (!p.surface) return;
+    Surface& s = *p.surface;
+    s.setcolour(BLACK);
+    double lo = p.db1, hi = p.db2, span = log10of(hi / lo);
+    double xr = p.horzcent + p.framewidth;
+    auto yat = [&](double z) { return p.frametop + p.vertsize * log10of(hi / z) / span; };
+    leftlabel(p, yat(lo), axislabel(lo));
+    double toph = s.textheight("X");
+    loggrid(lo, hi, [&](double z, bool decade) {
+        double y = yat(z);
+        s.line(p.horzcent, y, xr, y);
+        if (decade && y > p.frametop + toph && y < p.frametop + p.vertsize - toph)
+            leftlabel(p, y, axislabel(z));
+    });
+    leftlabel(p, yat(hi), axislabel(hi));
+    footer(p, "log ohms/div by log frequency");
+}
+
+void delayaxis(PlotForm& p) {
+    p.db1 = 0;
+    if (!(p.db2 > 0)) p.db2 = 1e-6;
+    if (!p.surface) return;
+    double division = p.db2 / 10;
+    lineargrid(p, p.db1, p.db2, division, [&](double v, double y, bool) {
+        leftlabel(p, y, axislabel(v) + "s");
+    });
+    footer(p, axislabel(division) + "s/div by log frequency");
+}
+
+void phaseaxis(PlotForm& p) {
+    if (p.db2 <= p.db1) p.db2 = p.db1 + 10;
+    if (!p.surface) return;
+    double range = p.db2 - p.db1;
+    double division = 1;
+    for (double d : {1.0, 2.0, 5.0, 10.0, 15.0, 30.0, 45.0, 90.0, 180.0})
+        if (range / d <= 16) {
+            division = d;
+            break;
+        }
+    if (range / division > 16) division = nicestep(range);
+    lineargrid(p, p.db1, p.db2, division, [&](double v, double y, bool) {
+        leftlabel(p, y, Str(v), true);
+    });
+    footer(p, Str(division) + " degrees/div" + " by " + "log frequency" + "/div");
+}
+
+void timeaxis(PlotForm& p) {
+    if (!p.surface) return;
+    Surface& s = *p.surface;
+    s.setcolour(BLACK);
+    double yb = p.frametop + p.vertsize, h = s.textheight("X");
+    for (int i = 0; i <= 10; ++i) {
+        double x = p.horzcent + p.framewidth * i / 10;
+        s.line(x, p.frametop, x, yb);
+        if (i % 2 == 0) {
+            std::string t = axislabel(p.Time * i / 10) + "sec";
+            double w = s.textwidth(t);
+            s.drawtext(std::clamp(x - w / 2, p.horzcent - w / 2, p.horzcent + p.framewidth - w), yb + h * 0.2, t);
+        }
+    }
+    framebox(p);
+    heading(p);
+    sethelp("When the cursor is inside the area bounded by the graph, a red vertical bar follows the cursor.",
+            "Clicking the left mouse button will replace the title of the plots window",
+            "with the exact time and amplitude at the cursor position.",
+            "The [Window] menu can be used to select or arrange multiple plots on the screen.");
+}
+
+void amplitudeaxis(PlotForm& p) {
+    if (p.N1 <= p.N2) p.N1 = p.N2 + 1;
+    if (!p.surface) return;
+    double division = nicestep(p.N1 - p.N2);
+    double lo = std::ceil(p.N2 / division - 1e-9) * division;
+    Surface& s = *p.surface;
+    s.setcolour(BLACK);
+    for (int i = 0; i < 400; ++i) {
+        double v = lo + i * division;
+        if (v > p.N1 + division * 1e-9) break;
+        double y = p.frametop + p.vertsize - p.vertsize * (v - p.N2) / (p.N1 - p.N2);
+        s.line(p.horzcent, y, p.horzcent + p.framewidth, y);
+        leftlabel(p, y, Str(std::abs(v) < division * 1e-6 ? 0 : v));
+    }
+    footer(p, axislabel(p.Time / 10) + "sec/div" + " by " + Str(division) + "/div");
+}
+
+// ---------------------------------------------------------------------------------------
+// Drawing
+
+void PlotForm::drawaxes() {
+    switch (kind) {
+    case PlotKind::Gain:
+    case PlotKind::ReturnLoss:
+        dbaxis(*this);
+        frequencyaxis(*this);
+        break;
+    case PlotKind::Impedance:
+        impedanceaxis(*this);
+        frequencyaxis(*this);
+        break;
+    case PlotKind::Phase:
+        phaseaxis(*this);
+        frequencyaxis(*this);
+        break;
+    case PlotKind::Delay:
+        delayaxis(*this);
+        frequencyaxis(*this);
+        break;
+    case PlotKind::Time:
+        amplitudeaxis(*this);
+        timeaxis(*this);
+        break;
+    }
+}
+
+bool PlotForm::redraw() {
+    if (surface) surface->cls();
+    overlay.on = false;
+    if (freq1 > 0 && freq2 > 0 && freq2 < freq1 && !timeplot()) std::swap(freq1, freq2);
+    if (!plotshared.fixedscale) {
+        runmax = -240;
+        zlow = 1000, zhigh = 0;
+        anglelow = -10, anglehigh = 10;
+        exactmatch = false;
+        delaymax = 0;
+        tracked = false;
+        autoN1 = autoN2 = 0;
+    }
+    drawaxes();
+    desktop().busy(true);
+    bool ok = true;
+    passslots = 0;
+    for (int s = 0; s <= store.lastslot && ok; ++s) {
+        ok = timeplot() ? timepass(s) : frequencypass(s, quantity, slotcolour(s));
+        if (ok) passslots = s + 1;
+    }
+    if (ok && returnloss && (quantity == Quantity::PEG || quantity == Quantity::PIG)) {
+        // The return-loss overlay keeps the curves of the gain in the arrays.
+        auto keepx = xs, keepv = values;
+        for (int s = 0; s <= store.lastslot && ok; ++s)
+            ok = frequencypass(s, Quantity::ReturnLossOverlay, s == 0 ? RED : RGB(255, 0, 255));
+        xs = keepx, values = keepv;
+    }
+    desktop().busy(false);
+    if (!ok) {
+        // No half-plot stays on the screen.
+        store.abortanalysis = false;
+        unload();
+        return false;
+    }
+    if (!plotshared.fixedscale) finishranging();
+    if (surface) surface->setcolour(BLACK);
+    refresh();
+    return true;
+}
+
+bool PlotForm::frequencypass(int s, Quantity q, long colour) {
+    double* w = xs[static_cast<size_t>(s)].data();
+    double* v = values[static_cast<size_t>(s)].data();
+    double wA[SWEEPPOINTS];
+    sweepfrequencies(freq1, freq2, wA);
+    if (!sweepvalues(q, s, wA, v)) return false;
+    for (int i = 0; i < SWEEPPOINTS; ++i) w[i] = wA[i] / TWOPI;
+
+    // Automatic ranging of the pass.
+    if (q == quantity && !plotshared.fixedscale) {
+        for (int i = 0; i < SWEEPPOINTS; ++i) {
+            double x = v[i];
+            switch (kind) {
+            case PlotKind::Gain:
+                if (x > runmax) runmax = Int(x) + 1;
+                break;
+            case PlotKind::Impedance:
+                if (x < zlow) zlow = x;
+                if (x > zhigh) zhigh = x;
+                break;
+            case PlotKind::ReturnLoss:
+            case PlotKind::Phase:
+                if (kind == PlotKind::ReturnLoss && x == 120) exactmatch = true;
+                if (x > anglehigh) anglehigh = Int(x / 10) * 10 + 10;
+                if (x < anglelow) anglelow = Int(x / 10) * 10 - 10;
+                break;
+            case PlotKind::Delay:
+                // The first point carries no previous phase and sets no scale.
+                if (i > 0 && x > delaymax) delaymax = x;
+                break;
+            case PlotKind::Time: break;
+            }
+        }
+    }
+    if (!surface) return true;
+    Surface& sf = *surface;
+    sf.setcolour(colour);
+    const double bottom = frametop + vertsize;
+    const bool startaty = kind == PlotKind::Phase;
+    for (int i = 0; i < SWEEPPOINTS; ++i) {
+        double px = framewidth * i / store.npoints;
+        double y = yof(v[i]);
+        if (i == 0) {
+            sf.moveto(horzcent, startaty ? frametop + y : bottom);
+        } else if (y < vertsize) {
+            sf.lineto(horzcent + px, frametop + y);
+        } else {
+            sf.moveto(horzcent + px, bottom);
+        }
+    }
+    return true;
+}
+
+bool PlotForm::timepass(int s) {
+    Harmonics h;
+    if (!harmonicpass(timekind, s, Time, DC, tone, h)) return false;
+    double* x = xs[static_cast<size_t>(s)].data();
+    double* v = values[static_cast<size_t>(s)].data();
+    timevalues(timekind, h, Time, v);
+    for (int i = 0; i < SWEEPPOINTS; ++i) x[i] = Time * i / store.npoints;
+
+    if (!plotshared.fixedscale && s == 0) {
+        // The automatic limits, from their start values by the rounding of each kind.
+        switch (timekind) {
+        case TimeKind::Impulse: autoN1 = 1, autoN2 = -1; break;
+        case TimeKind::Step: autoN1 = 0.1, autoN2 = 0; break;
+        case TimeKind::Pulse:
+        case TimeKind::TonePulse: autoN1 = 0.1, autoN2 = -0.1; break;
+        }
+    }
+    if (!plotshared.fixedscale) {
+        for (int i = 0; i < SWEEPPOINTS; ++i) {
+            double val = v[i];
+            switch (timekind) {
+            case TimeKind::Impulse:
+                if (val > autoN1) autoN1 = Int(val) + 1, tracked = true;
+                if (val < autoN2) autoN2 = Int(val) - 1, tracked = true;
+                break;
+            case TimeKind::Step:
+                if (val > autoN1) autoN1 = Int(val * 10) / 10 + 0.1, tracked = true;
+                if (val < autoN2) autoN2 = Int(val * 10) / 10 - 0.1, tracked = true;
+                break;
+            case TimeKind::Pulse:
+                if (val > autoN1) autoN1 = Int(val * 10) / 10 + 0.2, tracked = true;
+                if (val < autoN2) autoN2 = Int(val * 10) / 10 - 0.2, tracked = true;
+                break;
+            case TimeKind::TonePulse:
+                // Taken literally: the tone pulse's limits come from -2 times the value.
+                if (val > autoN1) autoN1 = Int(-2 * val * 10) / 10 - 0.2, tracked = true;
+                if (val < autoN2) autoN2 = Int(-2 * val * 10) / 10 + 0.2, tracked = true;
+                break;
+            }
+        }
+    }
+    if (!surface) return true;
+    Surface& sf = *surface;
+    sf.setcolour(slotcolour(s));
+    const double bottom = frametop + vertsize;
+    sf.moveto(horzcent, bottom);
+    for (int i = 0; i < SWEEPPOINTS; ++i) {
+        double px = framewidth * i / store.npoints;
+        double y = yof(v[i]);
+        if (y < vertsize) sf.lineto(horzcent + px, frametop + y);
+        else sf.moveto(horzcent + px, bottom);
+    }
+    return true;
+}
+
+// Rounds the measured extremes of the pass and sets Command2 by them.
+void PlotForm::finishranging() {
+    if (kind == PlotKind::Impedance) {
+        if (zhigh > 0) {
+            double lo = zlow, hi = zhigh;
+            // Lower: to a multiple of the power of ten below it; upper: up to the next one.
+            if (lo >= 10) {
+                double s = std::pow(10.0, std::floor(log10of(lo)));
+                lo = Int(lo / s) * s;
+            }
+            if (hi < 10) hi = Int(hi) + 1;
+            else if (hi < 100) hi = Int(hi / 10) * 10 + 10;
+            else if (hi < 1000) hi = Int(hi / 100) * 100 + 100;
+            else if (hi < 10000) hi = Int(hi / 1000) * 1000 + 1000;
+            else if (hi < 100000) hi = Int(hi / 10000) * 10000 + 10000;
+            else hi = 1000000;
+            measlow = lo, meashigh = hi;
+            if (Control* c = find("Command2")) c->enabled = lo != hi;
+        }
+    } else if (kind == PlotKind::Phase) {
+        measlow = anglelow, meashigh = anglehigh;
+    } else if (kind == PlotKind::ReturnLoss) {
+        measlow = anglelow, meashigh = anglehigh;
+        if (Control* c = find("Command2")) c->enabled = !exactmatch;
+    } else if (kind == PlotKind::Delay) {
+        if (delaymax > 0) {
+            double u = std::pow(10.0, Fix(log10of(delaymax)) - 1);
+            delaymax = Int(delaymax / u + 0.99) * u;
+        }
+    }
+}
+
+// ---------------------------------------------------------------------------------------
+// Cursor and expansion
+
+double PlotForm::valueat(double wA, Quantity q) {
+    store.wA = wA;
+    if (q == Quantity::GroupDelay) {
+        // The first difference with the sweep's step below this frequency.
+        GroupDelayState gd;
+        store.wA = wA / std::pow(freq2 / freq1, 1.0 / store.npoints);
+        response(q, 0, gd);
+        if (store.abortanalysis) return 0;
+        store.wA = wA;
+        return response(q, 0, gd);
+    }
+    return response(q, 0);
+}
+
+void PlotForm::frame_MouseMove(double x, double y) {
+    bool inside = x >= horzcent && x <= horzcent + framewidth && y >= frametop &&
+                  y <= frametop + vertsize;
+    if (inside) {
+        overlay.on = true;
+        overlay.x1 = overlay.x2 = x;
+        overlay.y1 = 0.1 * clientheight;
+        overlay.y2 = overlay.y1 + 0.65 * clientheight;
+        overlay.colour = RED;
+    } else {
+        overlay.on = false;
+        caption = plotname;
+    }
+    refresh();
+}
+
+void PlotForm::frame_MouseDown(int button, double x, double y) {
+    (void)y;
+    if (framewidth <= 0) return;
+    double frac = (x - horzcent) / framewidth;
+    if (timeplot()) {
+        if (button != 1 || passslots == 0) return;
+        int idx = static_cast<int>(Int(frac * store.npoints));
+        if (idx < 0 || idx >= SWEEPPOINTS) return;
+        double v = Int(values[0][static_cast<size_t>(idx)] * 1000) / 1000;
+        caption = Str(v) + "volts @ " + engformatvalue(frac * Time) + "sec";
+        refresh();
+        return;
+    }
+    if (!(freq1 > 0) || !(freq2 > 0)) return;
+    double wA = (TWOPI * freq1) * std::pow(freq2 / freq1, frac);
+    if (button == 1) {
+        double v = valueat(wA, quantity);
+        if (store.abortanalysis) {
+            store.abortanalysis = false;
+            return;
+        }
+        v = Int(v * 100) / 100;
+        const char* unitname = kind == PlotKind::Impedance ? " ohms @ "
+                               : kind == PlotKind::Phase   ? " degrees @ "
+                               : kind == PlotKind::Delay   ? " sec @ "
+                                                           : " db @ ";
+        caption = Str(v) + unitname + engformatvalue(wA / 2 / PI) + "Hz";
+        leftpressed = true;
+        leftfreq = wA / 2 / PI;
+        if (kind == PlotKind::Gain && codetail(2) != "BR") db1 = v;
+        refresh();
+    } else if (button == 2) {
+        if (!leftpressed) return;
+        double f = wA / 2 / PI;
+        if (f == leftfreq) return;
+        if (kind == PlotKind::Gain && codetail(2) != "BR") {
+            double v = valueat(wA, quantity);
+            if (store.abortanalysis) {
+                store.abortanalysis = false;
+                return;
+            }
+            if (v < db1) db1 = v;
+            db2 = runmax;
+        }
+        freq1 = leftfreq;
+        freq2 = f;
+        redraw();
+    }
+}
+
+// ---------------------------------------------------------------------------------------
+// Buttons
+
+void PlotForm::setplotdefaults() {
+    defaultspan(freq1, freq2, kind == PlotKind::Impedance);
+    switch (kind) {
+    case PlotKind::Gain: {
+        double a = slot(0).Astop;
+        db2 = plotshared.plotdb1 != 0 ? plotshared.plotdb1 : 0;
+        db1 = plotshared.plotdb2 != 0 ? plotshared.plotdb2 : a != 0 ? -(a * 2) : -60;
+        break;
+    }
+    case PlotKind::Impedance:
+        db1 = meashigh > 0 ? measlow : 1;
+        db2 = meashigh > 0 ? meashigh : 1000;
+        break;
+    case PlotKind::ReturnLoss:
+    case PlotKind::Phase:
+        db1 = measlow;
+        db2 = meashigh;
+        if (db1 == 0 && db2 == 0) db1 = -10, db2 = 10;
+        break;
+    case PlotKind::Delay:
+        if (delaymax > 0) db2 = delaymax;
+        break;
+    case PlotKind::Time: break;
+    }
+}
+
+void PlotForm::Command1_Click() {
+    if (timeplot()) {
+        if (timekind == TimeKind::Impulse && !tracked) {
+            N1 = 2;
+            N2 = -1;
+        } else {
+            N1 = autoN1;
+            N2 = autoN2;
+        }
+        plotshared.fixedscale = true;
+        redraw();
+        plotshared.fixedscale = false;
+        return;
+    }
+    // Remembered for the next prompts.
+    plotshared.plotfreq1 = freq1;
+    plotshared.plotfreq2 = freq2;
+    plotshared.plotdb2 = db1;
+}
+
+void PlotForm::Command2_Click() {
+    setplotdefaults();
+    bool keep = kind == PlotKind::Impedance || kind == PlotKind::Phase || kind == PlotKind::ReturnLoss;
+    plotshared.fixedscale = keep;
+    redraw();
+    plotshared.fixedscale = false;
+}
+
+void PlotForm::Command3_Click() {
+    if (quantity == Quantity::PEG || quantity == Quantity::PIG) {
+        returnloss = true;
+        plotshared.fixedscale = true;
+        redraw();
+        plotshared.fixedscale = false;
+        return;
+    }
+    defaultspan(freq1, freq2, false);
+    redraw();
+}
+
+} // namespace zelk

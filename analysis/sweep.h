@@ -1,0 +1,38 @@
+// The frequency sweep of a plot: 513 logarithmically spaced points from F1 to F2, one
+// quantity of analysis/response.h at each, for one slot. The ladders built from the
+// common dipole types (resistors, inductors, capacitors, series and parallel LC, empty
+// places and open circuits) are walked many frequencies at a time; any other ladder,
+// and any point whose arithmetic leaves the finite numbers, goes through the one-point
+// walk, so that every point carries the numbers of the one-point walk.
+#pragma once
+
+#include "analysis/response.h"
+
+namespace zelk {
+
+inline constexpr int SWEEPPOINTS = 513; // npoints + 1
+
+// The sweep frequencies in rad/s: wA[i] = (6.283185308*F1) * ((F2/F1) ^ (i/512)).
+void sweepfrequencies(double F1, double F2, double* wA, int n = SWEEPPOINTS);
+
+// The values of q for slot s at the n frequencies wA[0..n), in sweep order (the group
+// delay's previous phase and frequency start at 0). Returns false when a fault prompt
+// was answered with Abort: store.abortanalysis is then left set for the caller, and the
+// values from the aborted point on are meaningless.
+bool sweepvalues(Quantity q, int s, const double* wA, double* out, int n = SWEEPPOINTS);
+
+// The same through the one-point walk alone: the reference of the block walk.
+bool sweepvalues_onepoint(Quantity q, int s, const double* wA, double* out, int n = SWEEPPOINTS);
+
+// True when the block walk can take slot s for quantity q (its dipole types and values
+// are those it knows, and q is a forward-walk quantity).
+bool blockwalkable(Quantity q, int s);
+
+// Counts of points by path in the last sweepvalues call (for tests and the benchmark).
+struct SweepStats {
+    int blockpoints = 0;
+    int onepoints = 0;
+};
+inline SweepStats sweepstats;
+
+} // namespace zelk
