@@ -14,6 +14,22 @@ namespace {
 
 constexpr int FAULTFLAGS = FE_DIVBYZERO | FE_OVERFLOW | FE_INVALID;
 
+// The floating-point flags are read and cleared through calls the optimiser cannot see
+// into or move arithmetic across, so that a flag belongs to the statements between them.
+[[gnu::noinline]] void clearflags() {
+    asm volatile("" ::: "memory");
+    std::feclearexcept(FAULTFLAGS);
+    asm volatile("" ::: "memory");
+}
+[[gnu::noinline]] int testflags() {
+    asm volatile("" ::: "memory");
+    return std::fetestexcept(FAULTFLAGS);
+}
+template <class F> [[gnu::noinline]] double runstatement(F& f) {
+    asm volatile("" ::: "memory");
+    return f();
+}
+
 // The clean path: every statement is a plain assignment; faults are found afterwards
 // from the floating-point flags and a finite check of everything the routine writes.
 struct FastRun {
@@ -33,14 +49,14 @@ struct CarefulRun {
         for (;;) {
             int number = 0;
             double v = 0;
-            std::feclearexcept(FE_ALL_EXCEPT);
+            clearflags();
             try {
-                v = f();
+                v = runstatement(f);
             } catch (const RuntimeFault& rf) {
                 number = rf.number;
             }
             if (number == 0) {
-                int flags = std::fetestexcept(FAULTFLAGS);
+                int flags = testflags();
                 if (flags & FE_DIVBYZERO) number = 11;
                 else if (flags != 0 || !std::isfinite(v)) number = 6;
             }
@@ -523,11 +539,11 @@ void dipoleimmittance(int d, int s) {
     const Snapshot before{store.Zr, store.Zi, store.Yr, store.Yi, walk};
     double zs = 1;
     bool fault = false;
-    std::feclearexcept(FAULTFLAGS);
+    clearflags();
     try {
         FastRun e;
         evaluate(e, *dp, d, wA, zs);
-        fault = std::fetestexcept(FAULTFLAGS) != 0 || !allfinite(zs);
+        fault = testflags() != 0 || !allfinite(zs);
     } catch (const RuntimeFault&) {
         fault = true;
     }
@@ -547,10 +563,10 @@ void dipoleimmittance(int d, int s) {
         } catch (const AbortEvaluation&) {
             store.abortanalysis = true;
             store.zscale = zs;
-            std::feclearexcept(FAULTFLAGS);
+            clearflags();
             return;
         }
-        std::feclearexcept(FAULTFLAGS);
+        clearflags();
         store.zscale = zs;
         if (e.boxshown || allfinite(zs)) return;
         // Every statement was clean but a value came in non-finite and stays so.
