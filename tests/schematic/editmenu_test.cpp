@@ -1,0 +1,131 @@
+// The edit pop-up that a click on a dipole opens: which entries are on for each type and
+// place, the sticky transform entry, the Norton flags, and the entry-mode restrictions.
+#include <gtest/gtest.h>
+
+#include "core/desktop.h"
+#include "schematic/ladder.h"
+
+namespace zelk {
+namespace {
+
+using test::Part;
+
+void click(int n) { schematicwindow(0).click("symbol", n); }
+
+TEST(EditMenu, EntriesFollowTheTypeOfTheDipoleClicked) {
+    test::Session session;
+    // R | 35 tank | 3 C | 35 tank | 4 series LC | 33 C | 2 L | 38 | 6 | 31
+    DesignSlot& s = test::ladder({{1, 50}, {35, 0, 1e-9, 1e-6}, {3, 0, 1e-9}, {35, 0, 1e-9, 1e-6},
+                                  {4, 0, 1e-9, 1e-6}, {33, 0, 1e-9}, {2, 0, 0, 1e-6}, {38}, {6}, {31, 50}});
+    schematicbuild();
+    s.w1 = 1000;
+
+    click(3); // a series C between two shunt tanks
+    EXPECT_DOUBLE_EQ(schem.selecteddipole, 3);
+    EXPECT_TRUE(schem.dipoleselected);
+    EXPECT_TRUE(menuenabled("splitC"));
+    EXPECT_TRUE(menuenabled("split"));
+    EXPECT_FALSE(menuenabled("auto"));
+    EXPECT_FALSE(menuenabled("swap"));
+    EXPECT_FALSE(menuenabled("ungroup"));
+    EXPECT_EQ(findmenu("fordipole")->caption, "For Dipole 3");
+
+    click(5); // series LC
+    EXPECT_FALSE(menuenabled("splitC"));
+    EXPECT_FALSE(menuenabled("split"));
+    EXPECT_TRUE(menuenabled("ungroup"));
+    EXPECT_FALSE(menuenabled("group"));
+
+    click(8); // the open shunt before the end: swap, group and equalize
+    EXPECT_TRUE(menuenabled("swap"));
+    EXPECT_TRUE(menuenabled("group"));
+    EXPECT_TRUE(menuenabled("equamp"));
+    click(9); // the wire is the last series place
+    EXPECT_TRUE(menuenabled("equamp"));
+    s.w1 = 0; // no cut-off of slot 0: no equalizing
+    click(9);
+    EXPECT_FALSE(menuenabled("equamp"));
+
+    click(4); // a tank in the middle
+    EXPECT_TRUE(menuenabled("auto"));
+    EXPECT_TRUE(menuenabled("ungroup"));
+    EXPECT_FALSE(menuenabled("transform"));
+}
+
+TEST(EditMenu, TransformEntryKeepsItsStateAcrossTypesWithoutARuleOfTheirOwn) {
+    test::Session session;
+    // 1: R, 2: tank (n = 2), 3: type 9, 4: tank, 5: C, 6: tank (n = count - 2), 7: C, 8: R
+    test::ladder({{1, 50}, {35, 0, 1e-9, 1e-6}, {9, 0, 1e-9, 1e-6, 1e-9}, {35, 0, 1e-9, 1e-6}, {3, 0, 1e-9},
+                  {35, 0, 1e-9, 1e-6}, {3, 0, 1e-9}, {31, 50}});
+    schematicbuild();
+    click(2);
+    EXPECT_TRUE(menuenabled("transform"));
+    click(3); // type 9 leaves it as it was: on
+    EXPECT_TRUE(menuenabled("transform"));
+    click(1); // a resistor turns it off
+    EXPECT_FALSE(menuenabled("transform"));
+    click(3); // and type 9 leaves it off
+    EXPECT_FALSE(menuenabled("transform"));
+    click(4); // a tank that is neither dipole 2 nor dipolecount - 2
+    EXPECT_FALSE(menuenabled("transform"));
+    click(6); // dipolecount - 2
+    EXPECT_TRUE(menuenabled("transform"));
+    click(3);
+    EXPECT_TRUE(menuenabled("transform"));
+}
+
+TEST(EditMenu, NortonNeedsTheMateOnOneSideAndTheMateOrBlankOnTheOther) {
+    test::Session session;
+    // 1 R | 2: 32 | 3: 2 | 4: 32 | 5: 2 | 6: 38 | 7: 3 | 8: 33 | 9: 6 | 10: 33 | 11: 1 | 12: 31
+    test::ladder({{1, 50}, {32, 0, 0, 1e-6}, {2, 0, 0, 1e-6}, {32, 0, 0, 1e-6}, {2, 0, 0, 1e-6}, {38},
+                  {3, 0, 1e-9}, {33, 0, 1e-9}, {6}, {33, 0, 1e-9}, {1, 10}, {31, 50}});
+    schematicbuild();
+    click(3); // L between two shunt L's: both ways
+    EXPECT_TRUE(schem.stepupok);
+    EXPECT_TRUE(schem.stepdownok);
+    EXPECT_TRUE(menuenabled("norton"));
+    click(5); // shunt L before it, open after it: step-down only
+    EXPECT_FALSE(schem.stepupok);
+    EXPECT_TRUE(schem.stepdownok);
+    click(7); // series C between an open shunt and a shunt C: step-up only
+    EXPECT_TRUE(schem.stepupok);
+    EXPECT_FALSE(schem.stepdownok);
+    click(8); // shunt C after a series C, a wire after it: step-up
+    EXPECT_TRUE(schem.stepupok);
+    EXPECT_FALSE(schem.stepdownok);
+    click(10); // shunt C between a wire and a resistor: neither
+    EXPECT_FALSE(schem.stepupok);
+    EXPECT_FALSE(schem.stepdownok);
+    EXPECT_FALSE(menuenabled("norton"));
+    click(2); // shunt L between R and series L: the series L is the mate on the far side
+    EXPECT_FALSE(schem.stepupok);
+    EXPECT_FALSE(schem.stepdownok);
+    click(4); // shunt L between two series L's
+    EXPECT_TRUE(schem.stepupok);
+    EXPECT_TRUE(schem.stepdownok);
+}
+
+TEST(EditMenu, EnteringDisablesTheStructuralEditsAndTwoFiltersIgnoreClicks) {
+    test::Session session;
+    test::ladder({{1, 50}, {32, 0, 0, 1e-6}, {2, 0, 0, 1e-6}, {32, 0, 0, 1e-6}, {31, 50}});
+    schematicbuild();
+    store.entering = true;
+    click(3);
+    for (const char* e : {"transform", "auto", "swap", "split", "ungroup", "group", "norton"})
+        EXPECT_FALSE(menuenabled(e)) << e;
+    EXPECT_EQ(findmenu("fordipole")->caption, "For Dipole 3");
+    store.entering = false;
+    click(3);
+    EXPECT_TRUE(menuenabled("split"));
+    EXPECT_TRUE(menuenabled("norton"));
+
+    // With a second filter open nothing happens at all.
+    store.lastslot = 1;
+    schem.dipoleselected = false;
+    click(2);
+    EXPECT_FALSE(schem.dipoleselected);
+    EXPECT_DOUBLE_EQ(schem.selecteddipole, 3);
+}
+
+} // namespace
+} // namespace zelk
