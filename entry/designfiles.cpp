@@ -506,18 +506,10 @@ void delete_Click() {
     fs::remove(r.filename, ec);
 }
 
-void append_Click() {
-    sethelp("Using the standard Windows file open dialog box above,",
-            "select a filter file to be appended.",
-            "This is primarily to design high-pass, low-pass type of broadband band-pass filters.",
-            "It will append any filter even if the result doesn't make sense.");
-    FileDialogRequest r = openrequest("Open Filter", "");
-    if (!askfile(r)) return;
+void appenddesign(std::string_view text, const std::function<void()>& beforecount) {
     double n = 0;
     quiet([&] { n = slot(0).dipolecount.value(); });
     JoinHeader h;
-    std::string text;
-    slurp(r.filename, text);
     FieldReader f(text);
     f.header(h.scratch, h.wa);
     double m = h.scratch.dipolecount.value();
@@ -531,41 +523,27 @@ void append_Click() {
             f.dipole(dipole(0, index(k)));
         }
     });
-    quiet([] { schematicclear(store.curslot); });
-    quiet([&] {
-        DesignSlot& d = slot(0);
-        d.dipolecount = joinedcount(n, m);
-    });
+    if (beforecount) quiet(beforecount);
+    quiet([&] { slot(0).dipolecount = joinedcount(n, m); });
     quiet([&] {
         DesignSlot& d = slot(0);
         d.title = d.title + "+" + h.scratch.title;
         d.designtitle = d.designtitle + "+" + h.scratch.designtitle;
     });
-    frame.designsaved = false;
-    quiet(schematicbuild);
 }
 
-void insert_Click() {
-    sethelp("Using the standard Windows file open dialog box above,",
-            "select a filter file to be inserted.",
-            "This is primarily to design high-pass / low-pass type of broadband band-pass filters.",
-            "It will insert any filter even if the result doesn't make sense.");
-    FileDialogRequest r = openrequest("Open Filter", "");
-    if (!askfile(r)) return;
-    quiet([] { schematicclear(store.curslot); });
+void insertdesign(std::string_view text) {
     double n = 0;
     quiet([&] { n = slot(0).dipolecount.value(); });
     JoinHeader h;
-    std::string text;
-    slurp(r.filename, text);
     FieldReader f(text);
     f.header(h.scratch, h.wa);
     double m = h.scratch.dipolecount.value();
-    // Dipoles n down to 2 move up by m - 2, last first, all fields together; a move
-    // outside the tables is skipped.
+    // Dipoles n down to 2 move up by m - 2, last first, all fields together; a move from
+    // or to a number outside the tables faults and is skipped, so the walk may start
+    // just above the tables.
     double shift = m - 2;
-    // Numbers above the tables fault and are skipped: start the walk just above them.
-    double first = n > 40 ? n - std::floor(n - 40) : n;
+    double first = n > 40 ? 40 + (n - std::floor(n)) : n;
     for (double k = first; k >= 2; --k) {
         quiet([&] {
             Dipole moved = dipole(0, index(k));
@@ -589,6 +567,34 @@ void insert_Click() {
         DesignSlot& d = slot(0);
         d.designtitle = h.scratch.designtitle + "+" + d.designtitle;
     });
+}
+
+void append_Click() {
+    sethelp("Using the standard Windows file open dialog box above,",
+            "select a filter file to be appended.",
+            "This is primarily to design high-pass, low-pass type of broadband band-pass filters.",
+            "It will append any filter even if the result doesn't make sense.");
+    FileDialogRequest r = openrequest("Open Filter", "");
+    if (!askfile(r)) return;
+    std::string text;
+    slurp(r.filename, text);
+    // The drawing is cleared while the dipole count is still the one drawn.
+    appenddesign(text, [] { schematicclear(store.curslot); });
+    frame.designsaved = false;
+    quiet(schematicbuild);
+}
+
+void insert_Click() {
+    sethelp("Using the standard Windows file open dialog box above,",
+            "select a filter file to be inserted.",
+            "This is primarily to design high-pass / low-pass type of broadband band-pass filters.",
+            "It will insert any filter even if the result doesn't make sense.");
+    FileDialogRequest r = openrequest("Open Filter", "");
+    if (!askfile(r)) return;
+    quiet([] { schematicclear(store.curslot); });
+    std::string text;
+    slurp(r.filename, text);
+    insertdesign(text);
     frame.designsaved = false;
     quiet(schematicbuild);
 }

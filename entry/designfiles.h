@@ -4,6 +4,7 @@
 // `savefilter`, `delete`, `append`, `insert`.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -31,6 +32,14 @@ void readdesign(std::string_view text, int s);
 // Reads the design file at `path` into slot s; a file that cannot be opened changes
 // nothing. False when it could not be opened.
 bool readdesignfile(const std::string& path, int s);
+
+// The joins of append and insert, on the text of the file to be joined. appenddesign puts
+// the file's dipoles 2 to m behind dipole n - 1 of slot 0 (its source and the design's
+// load go), running `beforecount` just before the dipole count becomes n + m - 2;
+// insertdesign moves dipoles n..2 up by m - 2 and puts the file's dipoles 1 to m - 1
+// ahead (the design's source and the file's load go). Titles are joined with "+".
+void appenddesign(std::string_view text, const std::function<void()>& beforecount = {});
+void insertdesign(std::string_view text);
 
 // The file commands.
 void openfilter_Click();

@@ -1,0 +1,379 @@
+// The file commands run as the user runs them: through the menus and the file dialog of
+// the scripted desktop, on designs made by the design commands or laid into the store.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <limits>
+#include <sstream>
+#include <string>
+
+#include "core/commands.h"
+#include "core/designflow.h"
+#include "core/designstore.h"
+#include "entry/designfiles.h"
+#include "shell/frame.h"
+#include "testsupport.h"
+
+using namespace zelk;
+namespace fs = std::filesystem;
+
+namespace {
+
+// A scratch folder of its own for each test.
+fs::path scratch(const std::string& name) {
+    fs::path p = fs::temp_directory_path() / "zelk-designfile-commands" / name;
+    fs::remove_all(p);
+    fs::create_directories(p);
+    return p;
+}
+
+std::string q(const fs::path& p) { return "\"" + p.string() + "\""; }
+
+std::string readall(const fs::path& p) {
+    std::ifstream in(p, std::ios::binary);
+    std::ostringstream s;
+    s << in.rdbuf();
+    return s.str();
+}
+
+// A ladder of n dipoles in slot s whose every field tells its design (tag) and number.
+void ladder(int s, int n, int tag) {
+    DesignSlot& d = slot(s);
+    d.title = "Title " + std::to_string(tag);
+    d.designtitle = "Design " + std::to_string(tag);
+    d.code = tag % 2 ? "CHP" : "BBP";
+    d.order = n - 2;
+    d.Zin = 50;
+    d.Zout = 75;
+    d.w0 = 1e6 * tag;
+    d.dipolecount = n;
+    for (int k = 1; k <= n; ++k) {
+        Dipole& p = d.dip(k);
+        p = Dipole{};
+        p.type = static_cast<short>(k == 1 ? 1 : k == n ? 31 : (k % 2 ? 4 : 35));
+        p.R = tag * 1000 + k;
+        p.C = (tag * 100 + k) * 1e-12;
+        p.Kspare = tag + k / 100.0;
+        p.Lcore = "core " + std::to_string(tag) + "/" + std::to_string(k);
+        p.Qx = 1e5 + k;
+    }
+}
+
+// The tag and number a dipole was made with by ladder().
+std::pair<int, int> origin(const Dipole& p) {
+    int r = static_cast<int>(p.R);
+    return {r / 1000, r % 1000};
+}
+
+// The value a file keeps: 15 significant digits, by the C library in the "C" locale.
+double fifteen(double v) {
+    char buf[64];
+    std::snprintf(buf, sizeof buf, "%.14e", v);
+    double r = std::strtod(buf, nullptr);
+    return std::isinf(r) ? std::copysign(std::numeric_limits<double>::max(), v) : r;
+}
+
+// Slot b holds what slot a held, to the 15 digits of the file.
+void expectsame(const DesignSlot& a, const Number& wa, const DesignSlot& b) {
+    EXPECT_EQ(b.title, a.title);
+    EXPECT_EQ(b.designtitle, a.designtitle);
+    EXPECT_EQ(b.code, a.code);
+    const Number DesignSlot::*numbers[] = {
+        &DesignSlot::order, &DesignSlot::Astop, &DesignSlot::Apass, &DesignSlot::Zin, &DesignSlot::Zout,
+        &DesignSlot::r0,    &DesignSlot::w0,    &DesignSlot::w1,    &DesignSlot::w2,  &DesignSlot::w3,
+        &DesignSlot::w4,    &DesignSlot::bw,    &DesignSlot::Ls,    &DesignSlot::Cs,  &DesignSlot::Cp,
+        &DesignSlot::Qx,    &DesignSlot::Rs,    &DesignSlot::Fs,    &DesignSlot::Fp,  &DesignSlot::Fbw,
+        &DesignSlot::dipolecount};
+    int i = 0;
+    for (auto m : numbers) {
+        SCOPED_TRACE("header number " + std::to_string(i++));
+        EXPECT_EQ((b.*m).empty(), (a.*m).empty());
+        EXPECT_EQ((b.*m).value(), fifteen((a.*m).value()));
+    }
+    EXPECT_EQ(store.wA.empty(), wa.empty());
+    EXPECT_EQ(store.wA.value(), fifteen(wa.value()));
+    for (int k = 1; k <= a.count(); ++k) {
+        SCOPED_TRACE("dipole " + std::to_string(k));
+        const Dipole& p = a.dip(k);
+        const Dipole& r = b.dip(k);
+        EXPECT_EQ(r.type, p.type);
+        EXPECT_EQ(r.Lcore, p.Lcore);
+        EXPECT_EQ(r.Lacore, p.Lacore);
+        const double Dipole::*fields[] = {&Dipole::R,      &Dipole::C,       &Dipole::L,      &Dipole::Qu,
+                                          &Dipole::K,      &Dipole::Lform,   &Dipole::Lawg,   &Dipole::Lturns,
+                                          &Dipole::Llength, &Dipole::Ca,     &Dipole::La,     &Dipole::Qa,
+                                          &Dipole::Kspare, &Dipole::Laform,  &Dipole::Laawg,  &Dipole::Laturns,
+                                          &Dipole::Lalength, &Dipole::Ls,    &Dipole::Cs,     &Dipole::Cp,
+                                          &Dipole::Rs,     &Dipole::Qx};
+        for (auto f : fields) EXPECT_EQ(r.*f, fifteen(p.*f));
+    }
+}
+
+// Two designs laid into files: a.sch with 8 dipoles (tag 1), b.sch with 6 (tag 2).
+void twofiles(const fs::path& dir) {
+    ladder(0, 8, 1);
+    store.wA = 111;
+    ASSERT_TRUE(writedesignfile((dir / "a.sch").string(), 0));
+    ladder(0, 6, 2);
+    store.wA = 222;
+    ASSERT_TRUE(writedesignfile((dir / "b.sch").string(), 0));
+    slot(0) = DesignSlot{};
+    store.wA = 0;
+}
+
+} // namespace
+
+TEST(DesignFileCommands, EveryDesignRoundTrips) {
+    fs::path dir = scratch("roundtrip");
+    const char* designs[] = {
+        "> selfunction: selection(0) \"Accept design\"\n> Getdata: 10M 15M 3 \"\" 5 50 50\n> Getdata: Lossless\nbutterworth\n",
+        "> selfunction: selection(1) picture \"Accept design\"\n> Getdata: accept\n> Getdata: 120\nbutterworth\n",
+        "> selfunction: selection(2) \"Accept design\"\n> Getdata: accept\n> Getdata: Lossless\nchebyshev\n",
+        "> selfunction: selection(3) picture \"Accept design\"\n> Getdata: accept\n> Getdata: 200\nchebyshev\n",
+        "> selfunction: selection(0) \"Accept design\"\n>? terminate: \"Use Zin\"\n> Getdata: accept\n>? Getdata: Lossless\nelliptic\n",
+    };
+    int n = 0;
+    for (const char* design : designs) {
+        SCOPED_TRACE(design);
+        test::Session s;
+        std::string name = "design" + std::to_string(n++) + ".sch";
+        ASSERT_EQ(s.run(">? designtitle: Command1\n" + std::string(design)), 0);
+        ASSERT_EQ(store.lastslot, 0);
+        ASSERT_GT(slot(0).count(), 2);
+        DesignSlot made = slot(0);
+        Number wa = store.wA;
+        ASSERT_EQ(s.run("> filedialog: " + q(dir / name) + "\nsavefilter\nnewfilter\n"), 0);
+        EXPECT_TRUE(frame.designsaved);
+        ASSERT_EQ(store.lastslot, -1);
+        store.wA = -5;
+        flow.previouskind = 9;
+        ASSERT_EQ(s.run("> filedialog: " + q(dir / name) + "\nopenfilter\n"), 0);
+        EXPECT_EQ(store.lastslot, 0);
+        EXPECT_EQ(store.curslot, 0);
+        expectsame(made, wa, slot(0));
+        const std::string& code = made.code;
+        std::string ending = code.substr(code.size() - 2);
+        EXPECT_EQ(flow.previouskind, ending == "LP" ? 0 : ending == "HP" ? 1 : ending == "BP" ? 2 : 3);
+        // Saving the opened design again writes the same file.
+        std::string first = readall(dir / name);
+        ASSERT_EQ(s.run("> filedialog: " + q(dir / ("again" + name)) + "\nsavefilter\n"), 0);
+        EXPECT_EQ(readall(dir / ("again" + name)), first);
+    }
+}
+
+TEST(DesignFileCommands, SaveCutsTheNameAndWritesSlotZeroOnly) {
+    fs::path dir = scratch("save");
+    test::Session s;
+    twofiles(dir);
+    ASSERT_EQ(s.run("> filedialog: " + q(dir / "a.sch") + "\nopenfilter\n> filedialog: " +
+                    q(dir / "b.sch") + "\nopenfilter\n"),
+              0);
+    ASSERT_EQ(store.lastslot, 1);
+    EXPECT_EQ(store.curslot, 1);
+    EXPECT_EQ(slot(1).count(), 6);
+    EXPECT_EQ(store.wA.value(), 222); // the last file read sets the shared value
+    // Two filters: a third may not be opened. Saving, where it can be reached, saves slot 0.
+    EXPECT_FALSE(menuenabled("openfilter"));
+    EXPECT_EQ(s.run("> filedialog: " + q(dir / "a.sch") + "\nopenfilter\n"), 1);
+    s.runner.desk.queue.clear();
+    setenabled("savefilter", true);
+
+    // The dialog offers the code of slot 0 in the design folder.
+    ASSERT_EQ(s.run("> filedialog: " + q(dir / "filter") + "\nsavefilter\n"), 0);
+    EXPECT_TRUE(fs::exists(dir / "fi.sch"));
+    EXPECT_FALSE(fs::exists(dir / "filter"));
+    EXPECT_FALSE(fs::exists(dir / "filter.sch"));
+    EXPECT_EQ(readall(dir / "fi.sch"), designfiletext(0));
+    // It is a.sch again, but for the shared wA that the last open left.
+    std::string a = readall(dir / "a.sch");
+    a.replace(a.find("\r\n111\r\n"), 7, "\r\n222\r\n");
+    EXPECT_EQ(readall(dir / "fi.sch"), a);
+    ASSERT_EQ(s.run("> filedialog: " + q(dir / "bp.sch") + "\nsavefilter\n"), 0);
+    EXPECT_TRUE(fs::exists(dir / "bp.sch"));
+    slot(3) = DesignSlot{};
+    ASSERT_TRUE(readdesignfile((dir / "bp.sch").string(), 3));
+    EXPECT_EQ(slot(3).title, "Title 1");
+    EXPECT_EQ(slot(3).count(), 8);
+    // A cancelled dialog and a name shorter than the cut write nothing, and no file is left
+    // half-written beside the designs.
+    ASSERT_EQ(s.run("> filedialog: cancel\nsavefilter\n"), 0);
+    int files = 0;
+    for (auto& e : fs::directory_iterator(dir)) {
+        ++files;
+        EXPECT_EQ(e.path().extension(), ".sch") << e.path();
+    }
+    EXPECT_EQ(files, 4);
+}
+
+TEST(DesignFileCommands, SavingNeverDestroysTheEarlierFile) {
+    fs::path dir = scratch("safe");
+    test::Session s;
+    ladder(0, 4, 3);
+    ASSERT_TRUE(writedesignfile((dir / "keep.sch").string(), 0));
+    std::string before = readall(dir / "keep.sch");
+    // A save that cannot write its temporary file leaves the old file whole.
+    fs::create_directories(dir / ".keep.sch.saving" / "busy");
+    ladder(0, 8, 4);
+    EXPECT_FALSE(writedesignfile((dir / "keep.sch").string(), 0));
+    EXPECT_EQ(readall(dir / "keep.sch"), before);
+    fs::remove_all(dir / ".keep.sch.saving");
+    // A save that can write replaces it whole.
+    EXPECT_TRUE(writedesignfile((dir / "keep.sch").string(), 0));
+    EXPECT_EQ(readall(dir / "keep.sch"), designfiletext(0));
+    EXPECT_FALSE(fs::exists(dir / ".keep.sch.saving"));
+    // A folder that does not exist: nothing, and no fault.
+    EXPECT_FALSE(writedesignfile((dir / "no" / "such.sch").string(), 0));
+}
+
+TEST(DesignFileCommands, OpenLeavesFieldsOnAMissingFileAndStopsOnCancel) {
+    fs::path dir = scratch("open");
+    test::Session s;
+    // Cancel: no slot is taken.
+    ASSERT_EQ(s.run("> filedialog: cancel\nopenfilter\n"), 0);
+    EXPECT_EQ(store.lastslot, -1);
+    // A file that is not there: the slot is taken, nothing is read, no message.
+    slot(0).title = "as it was";
+    store.wA = 7;
+    ASSERT_EQ(s.run("> filedialog: " + q(dir / "missing.sch") + "\n>? designtitle: Command1\nopenfilter\n"), 0);
+    EXPECT_EQ(store.lastslot, 0);
+    EXPECT_EQ(slot(0).title, "as it was");
+    EXPECT_EQ(store.wA.value(), 7);
+    EXPECT_TRUE(s.runner.desk.messages.empty());
+    // A file of another kind: what converts stays, no message, the program goes on.
+    {
+        std::ofstream junk(dir / "junk.sch", std::ios::binary);
+        junk << "\x7f" "ELF\x02\x01\x01,,,\"\r\n33\r\n-1\r\n\0\0\0";
+    }
+    ASSERT_EQ(s.run("newfilter\n> filedialog: " + q(dir / "junk.sch") + "\n>? designtitle: Command1\nopenfilter\n"), 0);
+    EXPECT_EQ(store.lastslot, 0);
+    EXPECT_TRUE(s.runner.desk.messages.empty());
+    // An open design's help lines say what the command does.
+    ASSERT_EQ(s.run("> filedialog: cancel\nopenfilter\ndump helplines\n"), 0);
+    EXPECT_EQ(s.take().find("Using the standard Windows file open dialog box above, select a filter file to be "
+                            "loaded.\nOnly Two filters can be open at a time.\n\nWhen finished, select File New, do "
+                            "not close the window individually.\n"),
+              0u);
+}
+
+TEST(DesignFileCommands, DeleteAsksFirst) {
+    fs::path dir = scratch("delete");
+    test::Session s;
+    ladder(0, 4, 1);
+    ASSERT_TRUE(writedesignfile((dir / "x.sch").string(), 0));
+    ASSERT_EQ(s.run("> filedialog: " + q(dir / "x.sch") + "\n> msgbox: Cancel\ndelete\n"), 0);
+    EXPECT_TRUE(fs::exists(dir / "x.sch"));
+    ASSERT_EQ(s.runner.desk.messages.size(), 1u);
+    const MessageRecord& m = s.runner.desk.messages[0];
+    EXPECT_EQ(m.title, "Should I Really");
+    EXPECT_EQ(m.text, "Do you really want to delete\r" + (dir / "x.sch").string());
+    EXPECT_EQ(m.buttons & 7, vbOKCancel);
+    ASSERT_EQ(s.run("> filedialog: " + q(dir / "x.sch") + "\n> msgbox: OK\ndelete\n"), 0);
+    EXPECT_FALSE(fs::exists(dir / "x.sch"));
+    EXPECT_EQ(slot(0).count(), 4); // the design in memory is not touched
+}
+
+TEST(DesignFileCommands, AppendAndInsertJoinTwoLadders) {
+    fs::path dir = scratch("join");
+    test::Session s;
+    twofiles(dir);
+
+    // Append b (6 dipoles) to a (8): a's load and b's source go.
+    ASSERT_EQ(s.run("> filedialog: " + q(dir / "a.sch") + "\nopenfilter\n"), 0);
+    ladder(1, 1, 9); // a marker in slot 1 that the join must not touch
+    slot(0).dip(13).R = 9013;
+    ASSERT_EQ(s.run("> filedialog: " + q(dir / "b.sch") + "\nappend\n"), 0);
+    const DesignSlot& d = slot(0);
+    EXPECT_EQ(d.count(), 12);
+    for (int k = 1; k <= 7; ++k) EXPECT_EQ(origin(d.dip(k)), std::make_pair(1, k)) << k;
+    for (int k = 8; k <= 12; ++k) EXPECT_EQ(origin(d.dip(k)), std::make_pair(2, k - 6)) << k;
+    EXPECT_EQ(d.dip(12).type, 31);
+    EXPECT_EQ(d.dip(10).Lcore, "core 2/4");
+    EXPECT_EQ(d.dip(10).Kspare, 2.04);
+    EXPECT_EQ(d.dip(13).R, 9013); // the pass past the end of the file reads nothing
+    EXPECT_EQ(d.title, "Title 1+Title 2");
+    EXPECT_EQ(d.designtitle, "Design 1+Design 2");
+    EXPECT_EQ(d.w0.value(), 1e6); // the file's specification is thrown away
+    EXPECT_EQ(store.wA.value(), 111);
+    EXPECT_FALSE(frame.designsaved);
+    EXPECT_EQ(slot(1).title, "Title 9");
+
+    // Insert b (6) ahead of a (8): a's source and b's load go.
+    ASSERT_EQ(s.run("newfilter\n> filedialog: " + q(dir / "a.sch") + "\nopenfilter\n> filedialog: " +
+                    q(dir / "b.sch") + "\ninsert\n"),
+              0);
+    EXPECT_EQ(d.count(), 12);
+    for (int k = 1; k <= 5; ++k) EXPECT_EQ(origin(d.dip(k)), std::make_pair(2, k)) << k;
+    for (int k = 6; k <= 12; ++k) EXPECT_EQ(origin(d.dip(k)), std::make_pair(1, k - 4)) << k;
+    EXPECT_EQ(d.dip(1).type, 1);
+    EXPECT_EQ(d.dip(12).type, 31);
+    EXPECT_EQ(d.dip(12).Lcore, "core 1/8");
+    EXPECT_EQ(d.title, "Title 2+Title 1");
+    EXPECT_EQ(d.designtitle, "Design 2+Design 1");
+    EXPECT_FALSE(frame.designsaved);
+
+    // A version 1 file joins with an empty design title.
+    std::string v1 = readall(dir / "b.sch");
+    v1.erase(v1.find("\"Design 2\"\r\n"), 12);
+    {
+        std::ofstream out(dir / "v1.sch", std::ios::binary);
+        out << v1;
+    }
+    ASSERT_EQ(s.run("newfilter\n> filedialog: " + q(dir / "a.sch") + "\nopenfilter\n> filedialog: " +
+                    q(dir / "v1.sch") + "\nappend\n"),
+              0);
+    EXPECT_EQ(d.designtitle, "Design 1+");
+    EXPECT_EQ(d.count(), 12);
+}
+
+TEST(DesignFileCommands, JoinsBeyondTheTablesEndQuietly) {
+    test::Session s;
+    // 30 + 30 - 2 dipoles do not fit: the reading stops at dipole 32 and nothing faults.
+    ladder(0, 30, 1);
+    std::string thirty = designfiletext(0);
+    store.curslot = 0;
+    appenddesign(thirty);
+    EXPECT_EQ(slot(0).count(), 58);
+    EXPECT_EQ(origin(slot(0).dip(32)), std::make_pair(1, 4));
+    ladder(0, 30, 1);
+    insertdesign(thirty);
+    EXPECT_EQ(slot(0).count(), 58);
+    EXPECT_EQ(origin(slot(0).dip(32)), std::make_pair(1, 4)); // moved up from 4 by 28
+    EXPECT_EQ(origin(slot(0).dip(29)), std::make_pair(1, 29));
+    // Counts of -1, 33 and 1e300 in either design end in the partial read.
+    for (double count : {-1.0, 33.0, 1e300, -1e300, 0.5}) {
+        SCOPED_TRACE(count);
+        ladder(0, 8, 1);
+        slot(0).dipolecount = count;
+        appenddesign(thirty);
+        insertdesign(thirty);
+        ladder(0, 8, 1);
+        std::string odd = designfiletext(0);
+        odd.replace(odd.find("\r\n8\r\n1\r\n"), 5, "\r\n" + Str(count) + "\r\n");
+        appenddesign(odd);
+        insertdesign(odd);
+        readdesign(odd, 0);
+    }
+}
+
+TEST(DesignFileCommands, ExamplesReachANewUsersFolder) {
+    fs::path dir = scratch("examples");
+    test::Session s;
+    fs::create_directories(dir / "program" / "designs");
+    {
+        std::ofstream(dir / "program" / "designs" / "example.sch") << "\"Example\"\r\n";
+        std::ofstream(dir / "program" / "designs" / "notes.txt") << "not a design";
+    }
+    s.runner.desk.programdir_ = (dir / "program").string();
+    s.runner.desk.userdatadir_ = (dir / "user").string();
+    fs::path mine = userdesigns();
+    EXPECT_EQ(mine, dir / "user" / "designs");
+    EXPECT_TRUE(fs::exists(mine / "example.sch"));
+    EXPECT_FALSE(fs::exists(mine / "notes.txt"));
+    // Once the folder exists, what the user deleted stays deleted.
+    fs::remove(mine / "example.sch");
+    userdesigns();
+    EXPECT_FALSE(fs::exists(mine / "example.sch"));
+}
