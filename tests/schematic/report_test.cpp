@@ -1,0 +1,221 @@
+// The value listing and title block, line for line, against values worked by hand.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "schematic/ladder.h"
+#include "schematic/report.h"
+
+namespace zelk {
+namespace {
+
+using test::Part;
+using Lines = std::vector<std::string>;
+
+TEST(DesignReport, LowPassListingTuningAndTitleBlock) {
+    test::Session session;
+    // A 3rd-order low-pass at 50 ohms: C = 1/(2 pi 1 MHz 50) = 3.1831 nF, L = 2 * 50 / (2 pi 1 MHz)
+    // = 15.9155 uH. Shunt C with a series L before it tunes at 1/(2 pi sqrt(LC)) = 707.1 kHz.
+    DesignSlot& s = test::ladder({{1, 50}, {33, 0, 3.1831e-9}, {2, 0, 0, 15.9155e-6}, {33, 0, 3.1831e-9}, {31, 50}},
+                                 "BLP", "My LP");
+    s.order = 3;
+    s.Apass = 3;
+    s.Astop = 0;
+    s.w1 = 6283185.308;
+    s.r0 = 50;
+    test::options(true, true, true);
+    schematicbuild();
+    Lines expect = {"DIPOLE 1",       "R 1=50.",        "",
+                    "DIPOLE 2",       "C 2=3.183nF",    "",
+                    "DIPOLE 3",       "L 3=15.916uHy",  "F(L3C2)=", "707.106528KHz", "",
+                    "DIPOLE 4",       "C 4=3.183nF",    "F(C4L3)=", "707.106528KHz", "",
+                    "DIPOLE 5",       "R 5=50.",        "",
+                    "3rd order My LP",
+                    "  Cutoff = 3. db @ 1.Mhz",
+                    "  Design Impedance=50. ohms",
+                    "  Input Impedance = 50. ohms",
+                    "  Output Impedance = 50. ohms",
+                    "  Capacitance Spread = C 2 : C 2 = 1.",
+                    "  Inductance Spread = L 3 : L 3 = 1."};
+    // With nano off, a value between 1 nF and 1 uF is written in micro units.
+    setchecked("nano", false);
+    schematicbuild();
+    expect[4] = "C 2=.003183uF";
+    expect[12] = "C 4=.003183uF";
+    EXPECT_EQ(report.lines, expect);
+    setchecked("nano", true);
+    schematicbuild();
+    expect[4] = "C 2=3.183nF";
+    expect[12] = "C 4=3.183nF";
+    EXPECT_EQ(report.lines, expect);
+    EXPECT_FALSE(report.valuewarning);
+
+    // The title block starts 50 pixels right of the widest listing line, in bold; the
+    // spreads are blue.
+    SchematicWindow& w = schematicwindow(0);
+    const SchematicWindow::Printed* order = nullptr;
+    for (const auto& p : w.printed)
+        if (p.text == "3rd order My LP") order = &p;
+    ASSERT_NE(order, nullptr);
+    EXPECT_TRUE(order->bold);
+    double widest = 0;
+    for (size_t i = 0; i < 19; ++i) widest = std::max(widest, w.textwidth(report.lines[i]));
+    EXPECT_DOUBLE_EQ(widest, w.textwidth("707.106528KHz"));
+    EXPECT_DOUBLE_EQ(order->x, 10 + widest + 50);
+
+    // Options off: no listing; the spreads keep their start values 0 and 10.
+    test::options(false, true);
+    schematicbuild();
+    EXPECT_EQ(report.lines[0], "3rd order My LP");
+    EXPECT_EQ(report.lines[report.lines.size() - 2], "  Capacitance Spread = C 0 : C 0 = 0");
+    test::options(false, false);
+    schematicbuild();
+    EXPECT_TRUE(report.lines.empty());
+}
+
+TEST(DesignReport, NonPositivePartsAreBlueAndSetTheWarning) {
+    test::Session session;
+    DesignSlot& s = test::ladder({{1, 50}, {33, 0, -2e-9}, {2, 0, 0, 1e-6}, {33, 0, 0}, {31, 50}});
+    s.order = 5;
+    test::options(true, true, false, false, true);
+    schematicbuild();
+    EXPECT_TRUE(report.valuewarning);
+    EXPECT_EQ(report.lines[4], "C 2=-2.nF");
+    // The listing leaves the stored field positive, as its formatter does.
+    EXPECT_DOUBLE_EQ(s.dip(2).C, 2e-9);
+    SchematicWindow& w = schematicwindow(0);
+    for (const auto& p : w.printed) {
+        if (p.text == "C 2=-2.nF" || p.text == "C 4=0") {
+            EXPECT_EQ(p.colour, BLUE) << p.text;
+        }
+        if (p.text == "L 3=1.uHy") {
+            EXPECT_EQ(p.colour, BLACK);
+        }
+    }
+    // "5.th": the order is written through the engineering format with its point. The
+    // spread whose minimum is zero is left out.
+    EXPECT_NE(std::find(report.lines.begin(), report.lines.end(), "5.th order Test"), report.lines.end());
+    EXPECT_EQ(report.lines.back(), "  Inductance Spread = L 3 : L 3 = 1.");
+}
+
+TEST(DesignReport, CoilCrystalAndCouplingLines) {
+    test::Session session;
+    DesignSlot& s = test::ladder({{1, 50}, {32, 0, 0, 2.2e-6}, {7}, {69, 0, 1e-10, 1e-6, 2e-10, 3e-6}, {31, 50}});
+    Dipole& l = s.dip(2);
+    l.Qu = 150;
+    l.Lcore = "air";
+    l.Llength = 0.5;
+    l.Lturns = 12.25;
+    l.Lawg = 26;
+    l.Lform = 0.25;
+    Dipole& x = s.dip(3);
+    x.Ls = 0.04069;
+    x.Cs = 1.9e-14;
+    x.Cp = 4.5e-12;
+    x.Rs = 14.63;
+    x.Qx = 100000;
+    Dipole& c = s.dip(4);
+    c.K = 0.25;
+    c.Lcore = "T50-6";
+    c.Lturns = 0;
+    c.Lawg = 28;
+    c.Lacore = "error";
+    test::options(true, false, false, true);
+    setchecked("Showxtal", false);
+    schematicbuild();
+    Lines expect = {"DIPOLE 1", "R 1=50.", "",
+                    "DIPOLE 2", "L 2=2.2uHy", "Qu~150.", "Spacewind, to a", "Length of .5 inches,",
+                    "12.3 turns AWG 26", "on a  0.25 inch form", "",
+                    "DIPOLE 3", "XTAL 3", "",
+                    "DIPOLE 4", "C 4=100.pF", "L 4=1.uHy", ". turns AWG 28", "on T50-6", "Tapped 25%",
+                    "from the bottom", "Ca 4=200.pF", "La 4=3.uHy", "ERROR", "coupling =  0.25", "",
+                    "DIPOLE 5", "R 5=50.", ""};
+    EXPECT_EQ(report.lines, expect);
+    setchecked("Showxtal", true);
+    schematicbuild();
+    Lines crystal(report.lines.begin() + 12, report.lines.begin() + 17);
+    EXPECT_EQ(crystal, (Lines{"Ls 3=40.69mHy", "Cs 3=.019pF", "Cp 3=4.5pF", "Rs 3=14.63", "Qx 3=100.K"}));
+}
+
+TEST(DesignReport, ColumnsWrapAtTheFootOfTheWindow) {
+    test::Session session;
+    // Eleven blocks of three lines run past the foot of a short window.
+    std::initializer_list<Part> parts = {{1, 50}, {33, 0, 1e-9}, {2, 0, 0, 1e-6}, {33, 0, 1e-9}, {2, 0, 0, 1e-6},
+                                         {33, 0, 1e-9}, {2, 0, 0, 1e-6}, {33, 0, 1e-9}, {2, 0, 0, 1e-6},
+                                         {33, 0, 1e-9}, {31, 50}};
+    test::ladder(parts);
+    test::options(true, false);
+    schematicbuild();
+    SchematicWindow& w = schematicwindow(0);
+    w.clientheight = 400;
+    schematicbuild();
+    // listtop = 3 cells + ypos = 222; the foot is at 400 - 100 = 300: six lines of 13
+    // pixels fit (222 .. 287), the seventh goes to the top of the next column.
+    EXPECT_EQ(report.listtop, 222);
+    std::vector<const SchematicWindow::Printed*> listing;
+    for (const auto& p : w.printed)
+        if (p.y >= 222 && p.text.rfind("dipole", 0) != 0 && !p.bold) listing.push_back(&p);
+    ASSERT_GE(listing.size(), 8u);
+    EXPECT_EQ(listing[0]->text, "DIPOLE 1");
+    EXPECT_DOUBLE_EQ(listing[0]->x, 10);
+    // "DIPOLE 1", "R 1=50.", blank, "DIPOLE 2", "C 2=1.nF", blank, "DIPOLE 3": the 7th
+    // printed line of the column is "DIPOLE 3" at y = 222 + 6 * 13 = 300: a new column.
+    const auto* third = listing[4];
+    EXPECT_EQ(third->text, "DIPOLE 3");
+    EXPECT_DOUBLE_EQ(third->y, 222);
+    // The column is as wide as its widest line, the line that wraps included.
+    double widest = 0;
+    for (const char* t : {"DIPOLE 1", "R 1=50.", "DIPOLE 2", "C 2=.001uF", "DIPOLE 3"})
+        widest = std::max(widest, w.textwidth(t));
+    EXPECT_EQ(listing[3]->text, "C 2=.001uF");
+    EXPECT_DOUBLE_EQ(third->x, 10 + widest + 10);
+}
+
+TEST(DesignReport, TitleBlockKinds) {
+    test::Session session;
+    test::options(false, true);
+    auto title = [](const std::string& code) {
+        DesignSlot& s = test::ladder({{1, 50}, {33, 0, 1e-9}, {2, 0, 0, 1e-6}, {31, 75}}, code, "T");
+        s.order = 4;
+        s.Apass = 0.5;
+        s.Astop = 40;
+        s.r0 = 50;
+        s.w0 = 2 * PI * 10e6;
+        s.w1 = 2 * PI * 9e6;
+        s.w2 = 2 * PI * 9.5e6;
+        s.w3 = 2 * PI * 10.5e6;
+        s.w4 = 2 * PI * 11e6;
+        s.bw = 2 * PI * 2400;
+        schematicbuild();
+        return report.lines;
+    };
+    Lines hp = title("CHP");
+    EXPECT_EQ(hp[1], "  Stopband = 40 db minimum @ 9.Mhz");
+    EXPECT_EQ(hp[2], "  Cutoff = 0.5 db @ 9.5Mhz");
+    EXPECT_EQ(hp[5], "  Output Impedance = 75. ohms");
+    Lines bp = title("CBP");
+    EXPECT_EQ(bp[0], "4.th order T");
+    EXPECT_EQ(bp[1], "  Center Frequency = 10.Mhz");
+    EXPECT_EQ(bp[2], "  Bandwidth = 1.Mhz @ 0.5 db");
+    EXPECT_EQ(bp[3], "  Stopband = 40 db minimum @ 9.Mhz and 11.Mhz");
+    Lines tbp = title("TBP");
+    EXPECT_EQ(tbp[2], "  Bandwidth = 500.Khz @ 3db");
+    Lines br = title("BBR");
+    EXPECT_EQ(br[2], "  Bandwidth = 2.Mhz @ 3db");
+    EXPECT_EQ(br[3], "  Stopband = 40 db minimum @ 9.5Mhz and 10.5Mhz");
+    Lines cr = title("BCR");
+    EXPECT_EQ(cr[2], "  Bandwidth = 2.4Khz @ 3 db");
+    Lines cl = title("CCL");
+    EXPECT_EQ(cl[1], "  Bandwidth = 2.4Khz @ 3 db");
+    EXPECT_EQ(cl[2], "  Design Impedance=50. ohms");
+    Lines sb = title("DLSB");
+    EXPECT_EQ(sb, (Lines{"4.th order T", "  Center Frequency = 10.Mhz", "  Bandwidth = 2.4Khz @ 3 db",
+                         "  Design Impedance=50 ohms", "  r0v3 =  0"}));
+    Lines pad = title("PAD");
+    EXPECT_EQ(pad, (Lines{"0db T", "  Input Impedance = 50 ohms", "  Output Impedance = 75 ohms"}));
+    Lines entered = title("ENT");
+    EXPECT_EQ(entered[1], "  Design Impedance=50. ohms");
+}
+
+} // namespace
+} // namespace zelk
