@@ -1,0 +1,52 @@
+// The elliptic (Cauer) menu command: the LC design flow with the elliptic prototype and
+// realisation, its own help lines, and the title set before the inductor Q prompt for
+// low-pass and high-pass designs.
+#include "core/commands.h"
+#include "core/designflow.h"
+#include "core/designstore.h"
+#include "core/specprompts.h"
+#include "shell/frame.h"
+#include "synthesis/ellipticproto.h"
+#include "synthesis/ellipticrealize.h"
+
+namespace zelk {
+
+void elliptic_Click();
+
+namespace {
+const LCFamily ellipticfamily{"E", "Elliptic", 27, ellipticproto, ellipticrealize};
+const bool reg = registercommand("elliptic", elliptic_Click, CommandKind::Design);
+} // namespace
+
+void elliptic_Click() {
+    sethelp("Elliptic Filter. Elliptic filters exhibit sharper rolloff in the stopband ",
+            "at the expense of a user specified ripples in the passband and stopband. The greater the allowed",
+            "passband ripple, the steeper the rolloff.  The stopband attenuation has a user specified minimum.",
+            "These filters are normalized to an attenuation equal to the ripple at the cutoff frequency.");
+    // The selector reads this line to offer the elliptic configurations.
+    store.help1 = "*Elliptic";
+    showhelplines();
+    if (!takeslotandselect(ellipticfamily.letter)) return;
+    sethelp("Odd order elliptic filters can have input and output impedances that are different.",
+            "using Bartletts Bisection Theorem. While this is supposed to work only for third order elliptic filters results",
+            "seem to indicate fairly minimal damage to higher order responses.",
+            "is probably less than that produced by using inexact component values in the actual filter.");
+    if (!kindprompt(ellipticfamily)) return;
+    // Low-pass and high-pass take their title before the Q prompt, band designs after it.
+    const bool band = flow.functionkind >= 2;
+    if (!band) kindtitleset(ellipticfamily.basetitle);
+    // A cancel of getQu is seen after the prototype has run.
+    getQu();
+    if (band) kindtitleset(ellipticfamily.basetitle);
+    stopbandratio();
+    ellipticproto();
+    if (store.cancelled) {
+        newfilter_Click();
+        return;
+    }
+    ellipticrealize();
+    scaletransform();
+    finishdesign();
+}
+
+} // namespace zelk

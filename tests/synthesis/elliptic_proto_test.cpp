@@ -1,0 +1,371 @@
+// The elliptic prototype and its ladder, checked against the textbook Cauer low-pass
+// computed independently (Jacobi functions by the AGM, a chain-matrix analysis of the
+// ladder), and the termination rules by hand calculation.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <complex>
+#include <string>
+
+#include "core/designflow.h"
+#include "core/designstore.h"
+#include "core/terminate.h"
+#include "elliptic_reference.h"
+#include "synthesis/ellipticproto.h"
+#include "synthesis/ellipticrealize.h"
+#include "testsupport.h"
+
+namespace zelk {
+namespace {
+
+using test::Cauer;
+using test::ladderloss;
+
+struct Spec {
+    double Apass = 0.1, Astop = 0, order = 5, Zin = 50, Zout = 50, wA = 1.5;
+    std::string configuration = "Pi";
+    std::string terminate; // answer for the terminate window of an even order, "" none
+};
+
+// Runs prototype and realisation on slot 0 of a fresh session, as the command would after
+// its prompts. Returns false when the prototype refused.
+bool design(test::Session& s, const Spec& spec) {
+    store.lastslot = 0;
+    store.curslot = 0;
+    DesignSlot& d = slot(0);
+    d.Apass = spec.Apass;
+    d.Astop = spec.Astop;
+    d.order = spec.order;
+    d.Zin = spec.Zin;
+    d.Zout = spec.Zout;
+    d.w1 = 1000.0;
+    store.wA = spec.wA;
+    flow.configuration = spec.configuration;
+    if (!spec.terminate.empty()) s.runner.desk.queue.push_back({"terminate", {spec.terminate}, false, 0, 0});
+    ellipticproto();
+    if (store.cancelled) return false;
+    ellipticrealize();
+    return true;
+}
+
+// Attenuation extremes of the ladder over [w1, w2] on a fine logarithmic grid.
+struct Range {
+    double min = 1e300, max = -1e300;
+};
+Range scan(double w1, double w2, double r0, int points = 4000) {
+    Range r;
+    for (int i = 0; i <= points; ++i) {
+        const double w = w1 * std::pow(w2 / w1, double(i) / points);
+        const double a = ladderloss(0, w, r0);
+        r.min = std::min(r.min, a);
+        r.max = std::max(r.max, a);
+    }
+    return r;
+}
+
+// Resonance of the trap in dipole d.
+double trapzero(int d) {
+    const Dipole& p = dipole(0, d);
+    return 1 / std::sqrt(p.L * p.C);
+}
+
+TEST(EllipticProto, OddEqualTerminationsMatchTheTextbookCauerResponse) {
+    // Orders 3 to 11, Pi and T, several ripples and selectivities: the ladder has the
+    // Cauer loss zeros, an equiripple pass band, the transmission zeros and the least
+    // stop-band loss of the textbook design. The pole parameter sigma0 of the textbook
+    // series takes the discrimination modulus as 0, so the ripple comes out within a few
+    // per cent of Apass rather than exactly; high orders lose a little to the conditioning
+    // of the zero shifting.
+    struct Case {
+        int n;
+        double Apass, wA;
+        const char* cf;
+    };
+    const Case cases[] = {{3, 0.5, 1.5, "Pi"}, {3, 1.0, 2.0, "T"},  {5, 0.1, 1.5, "T"},
+                          {5, 0.25, 2.0, "Pi"}, {7, 0.1, 1.5, "Pi"}, {7, 0.2, 1.6, "T"},
+                          {9, 0.1, 1.5, "Pi"},  {9, 0.5, 2.0, "T"},  {11, 0.1, 1.8, "Pi"},
+                          {11, 0.1, 2.0, "T"}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE("order " + std::to_string(c.n) + " " + c.cf + " Apass " + std::to_string(c.Apass) +
+                     " wA " + std::to_string(c.wA));
+        test::Session s;
+        Spec spec;
+        spec.order = c.n;
+        spec.Apass = c.Apass;
+        spec.wA = c.wA;
+        spec.configuration = c.cf;
+        ASSERT_TRUE(design(s, spec));
+        const Cauer ref(c.n, c.Apass, c.wA);
+        const DesignSlot& d = slot(0);
+        EXPECT_EQ(d.r0.value(), 50);
+        EXPECT_EQ(elliptic.termmode, "Maxpower");
+        EXPECT_EQ(elliptic.designtype, "a");
+        EXPECT_EQ(d.count(), c.n + 3);
+
+        // Nome series and the least stop-band attenuation against the exact values.
+        EXPECT_NEAR(elliptic.nome, ref.nome(), 1e-9);
+        EXPECT_NEAR(d.Astop.value(), ref.Astop(), 0.005);
+
+        // Loss zeros at 0 and sn(2iK/n); the pass band rises to Apass and no further.
+        const double r0 = 50;
+        EXPECT_NEAR(ladderloss(0, 1e-6, r0), 0, 1e-9);
+        for (int i = 1; i <= (c.n - 1) / 2; ++i) EXPECT_NEAR(ladderloss(0, ref.losszero(i), r0), 0, 5e-5);
+        const double edge = ladderloss(0, 1.0, r0);
+        EXPECT_NEAR(edge, c.Apass, 0.035 * c.Apass);
+        const Range pass = scan(1e-3, 1.0, r0, 20000);
+        EXPECT_LT(pass.max, edge * 1.01);
+        EXPECT_GT(pass.min, -1e-9);
+        // Equiripple: every pass-band peak reaches the edge value.
+        for (int i = 0; i < (c.n - 1) / 2; ++i) {
+            const Range around = scan(ref.peak(i) * 0.97, ref.peak(i) * 1.03, r0, 600);
+            EXPECT_NEAR(around.max, edge, 0.035 * edge);
+        }
+
+        // Every trap resonates on a textbook transmission zero, each zero used once.
+        std::vector<double> zeros;
+        for (int k = 2; k < d.count(); ++k)
+            if (d.dip(k).type == 5 || d.dip(k).type == 34) zeros.push_back(trapzero(k));
+        ASSERT_EQ(static_cast<int>(zeros.size()), (c.n - 1) / 2);
+        std::sort(zeros.begin(), zeros.end());
+        for (int i = 1; i <= (c.n - 1) / 2; ++i) {
+            const double z = ref.zero((c.n - 1) / 2 + 1 - i); // ascending
+            EXPECT_NEAR(zeros[static_cast<size_t>(i - 1)] / z, 1, 2e-5);
+            EXPECT_GT(ladderloss(0, z * (1 + 1e-7), r0), 100);
+        }
+
+        // The computed Astop everywhere beyond the stop-band edge, and the least loss
+        // found there is the textbook one.
+        const Range stop = scan(c.wA, c.wA * 200, r0, 20000);
+        EXPECT_GT(stop.min, d.Astop.value() - 0.02);
+        EXPECT_NEAR(stop.min, ref.Astop(), 0.02);
+    }
+}
+
+TEST(EllipticProto, EllipticSinesKeepTheirMinusSigns) {
+    // Both theta sums take a minus at every term; against Jacobi's sn the denominator
+    // then errs by 4 q^4 cos(4v) (the m = 2 term with the wrong sign), which is visible
+    // at a large nome (wA = 1.1, q = 0.108) and negligible at a small one.
+    test::Session s;
+    Spec spec;
+    spec.order = 5;
+    spec.wA = 1.1;
+    ASSERT_TRUE(design(s, spec));
+    const Cauer ref(5, 0.1, 1.1);
+    const double q = ref.nome();
+    EXPECT_NEAR(q, 0.1078, 1e-4);
+    for (int i = 1; i <= 5; ++i) {
+        const double v = test::pi * i / 10;
+        const double exact = std::sqrt(ref.k) * test::jacobisn(i * ref.K / 5, ref.k);
+        const double theta4 = 1 - 2 * q * std::cos(2 * v) + 2 * std::pow(q, 4) * std::cos(4 * v);
+        const double expected = 4 * std::pow(q, 4) * std::cos(4 * v) / theta4;
+        EXPECT_NEAR(elliptic.sn[static_cast<size_t>(i)] / exact - 1, expected, 1.5e-5);
+    }
+    // The scale is sn[n], sqrt(k) with the slip: above sqrt(k) by about 4 q^4 / theta3.
+    EXPECT_GT(elliptic.scale, std::sqrt(ref.k) * (1 + 3e-4));
+}
+
+TEST(EllipticProto, ThirdOrderElementsByHand) {
+    // Order 3, 0.1 dB, wA = 1.5, 1 ohm: the loss function has its zeros at 0 and
+    // +-j sn(2K/3) and the transmission zero at 1/(k sn(2K/3)); the Pi ladder
+    // C1 - (L2 || C2) - C3 with equal ends is symmetric, so C1 = C3, and the
+    // resonance and symmetry fix the rest. Check that structure and one value solved by
+    // hand from the loss at w = 1 (|S21|^2 = 1/(1 + eps^2)).
+    test::Session s;
+    Spec spec;
+    spec.order = 3;
+    spec.Zin = spec.Zout = 1;
+    ASSERT_TRUE(design(s, spec));
+    const Cauer ref(3, 0.1, 1.5);
+    const Dipole &c1 = dipole(0, 2), &trap = dipole(0, 3), &c3 = dipole(0, 4);
+    EXPECT_EQ(c1.type, 33);
+    EXPECT_EQ(trap.type, 5);
+    EXPECT_EQ(c3.type, 33);
+    EXPECT_NEAR(c1.C / c3.C, 1, 5e-5);
+    EXPECT_NEAR(1 / std::sqrt(trap.L * trap.C) / ref.zero(1), 1, 1e-5);
+    // Symmetric lossless ladder between 1-ohm ends: the loss zero at w0 = sn(2K/3) makes
+    // the input impedance 1, which with Z = 1 / (jwC1 + 1 / (jwL || C + 1 / (1 + jwC1)))
+    // fixes C1 for the given trap; solve it by bisection here and compare.
+    const double w0 = ref.losszero(1);
+    const double L2 = trap.L, C2 = trap.C;
+    auto mismatch = [&](double C1) {
+        const std::complex<double> j(0, 1);
+        const std::complex<double> zl = 1.0 / (1.0 + j * w0 * C1);
+        const std::complex<double> zt = 1.0 / (j * w0 * C2 + 1.0 / (j * w0 * L2));
+        const std::complex<double> zin = 1.0 / (j * w0 * C1 + 1.0 / (zt + zl));
+        return std::abs((zin - 1.0) / (zin + 1.0));
+    };
+    double lo = 0.5, hi = 1.5;
+    for (int i = 0; i < 200; ++i) {
+        const double m1 = lo + (hi - lo) / 3, m2 = hi - (hi - lo) / 3;
+        if (mismatch(m1) < mismatch(m2)) hi = m2;
+        else lo = m1;
+    }
+    EXPECT_NEAR(c1.C / ((lo + hi) / 2), 1, 1e-4);
+    EXPECT_LT(mismatch(c1.C), 1e-4);
+}
+
+TEST(EllipticProto, OrderEstimateAndLimit) {
+    {
+        // 0.1 dB, 50 dB, wA 1.5: log(16 D) / log(1/q) = 5.46 with the exact nome, so 6.
+        test::Session s;
+        Spec spec;
+        spec.order = 0;
+        spec.Astop = 50;
+        spec.terminate = "\"Use Zin\"";
+        ASSERT_TRUE(design(s, spec));
+        const Cauer ref(5, 0.1, 1.5);
+        const double D = (std::pow(10, 5.0) - 1) / (std::pow(10, 0.01) - 1);
+        const double exact = std::log(16 * D) / std::log(1 / ref.nome());
+        EXPECT_NEAR(exact, 5.459, 1e-3);
+        EXPECT_EQ(slot(0).order.value(), 6);
+        EXPECT_FALSE(store.oddorder);
+        EXPECT_EQ(elliptic.halforder, 3);
+    }
+    {
+        // Order 11 is designed; order 12 is refused with the four-line warning.
+        test::Session s;
+        Spec spec;
+        spec.order = 11;
+        ASSERT_TRUE(design(s, spec));
+        EXPECT_TRUE(s.runner.desk.messages.empty());
+    }
+    {
+        test::Session s;
+        Spec spec;
+        spec.order = 12;
+        EXPECT_FALSE(design(s, spec));
+        EXPECT_TRUE(store.cancelled);
+        ASSERT_EQ(s.runner.desk.messages.size(), 1u);
+        EXPECT_EQ(s.runner.desk.messages[0].title, "WARNING");
+        EXPECT_EQ(s.runner.desk.messages[0].text,
+                  "Maximum order is 11.\nReduce stopband requirement,\nor allow more passband ripple,\n"
+                  "or specify a lower order.");
+        EXPECT_TRUE(s.runner.desk.queue.empty());
+    }
+    {
+        // An estimate above 11 is refused the same way: 0.01 dB, 120 dB at wA 1.05.
+        test::Session s;
+        Spec spec;
+        spec.order = 0;
+        spec.Apass = 0.01;
+        spec.Astop = 120;
+        spec.wA = 1.05;
+        EXPECT_FALSE(design(s, spec));
+        EXPECT_GT(slot(0).order.value(), 11);
+    }
+}
+
+TEST(EllipticProto, TerminationRatiosAndTheirThresholds) {
+    // Ratio exactly 10: the load is moved to 100 times the source; 9.99 stays matched.
+    struct Case {
+        int n;
+        const char* cf;
+        double Zin, Zout;
+        const char* mode;
+        double Zin2, Zout2, r0;
+        bool fromoutput;
+    };
+    const Case cases[] = {
+        {3, "Pi", 50, 500, "Maxvoltage", 50, 5000, 50, false},
+        {3, "T", 50, 500, "Maxvoltage", 50, 5000, 5000, true},
+        {4, "Pi", 50, 500, "Maxvoltage", 50, 5000, 5000, true},
+        {4, "T", 50, 500, "Maxvoltage", 50, 5000, 50, false},
+        {5, "Pi", 500, 50, "Maxcurrent", 5000, 50, 50, true},
+        {5, "T", 500, 50, "Maxcurrent", 5000, 50, 5000, false},
+        {6, "Pi", 500, 50, "Maxcurrent", 5000, 50, 5000, false},
+        {6, "T", 500, 50, "Maxcurrent", 5000, 50, 50, true},
+        {3, "SPPi", 50, 500, "Maxvoltage", 50, 5000, 5000, true}, // only "Pi" is the Pi column
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(std::to_string(c.n) + c.cf + " " + std::to_string(c.Zout / c.Zin));
+        test::Session s;
+        Spec spec;
+        spec.order = c.n;
+        spec.configuration = c.cf;
+        spec.Zin = c.Zin;
+        spec.Zout = c.Zout;
+        if (c.n % 2 == 0) spec.terminate = "\"Use Both\"";
+        ASSERT_TRUE(design(s, spec));
+        EXPECT_EQ(elliptic.termmode, c.mode);
+        EXPECT_EQ(slot(0).Zin.value(), c.Zin2);
+        EXPECT_EQ(slot(0).Zout.value(), c.Zout2);
+        EXPECT_EQ(slot(0).r0.value(), c.r0);
+        EXPECT_EQ(elliptic.fromoutput, c.fromoutput);
+        // Singly loaded even designs are type "b" whatever the button.
+        EXPECT_EQ(elliptic.designtype, c.n % 2 ? "a" : "b");
+    }
+    {
+        // 9.99 and 0.1001 stay "Maxpower" with r0 = Zin and fromoutput as it was.
+        test::Session s;
+        Spec spec;
+        spec.order = 3;
+        spec.Zout = 499.5;
+        elliptic.fromoutput = true;
+        ASSERT_TRUE(design(s, spec));
+        EXPECT_EQ(elliptic.termmode, "Maxpower");
+        EXPECT_EQ(slot(0).Zout.value(), 499.5);
+        EXPECT_EQ(slot(0).r0.value(), 50);
+        EXPECT_TRUE(elliptic.fromoutput);
+    }
+}
+
+TEST(EllipticProto, EvenOrderTerminationChoices) {
+    const double rho = std::sqrt(1 - std::pow(10, -0.01)); // 0.1 dB
+    struct Case {
+        const char* cf;
+        const char* button;
+        double Zin, Zout, r0;
+        const char* type;
+    };
+    const Case cases[] = {
+        {"Pi", "\"Use Zin\"", 50, 50 * (1 - rho) / (1 + rho), 50, "b"},
+        {"T", "\"Use Zin\"", 50, 50 * (1 + rho) / (1 - rho), 50, "b"},
+        {"Pi", "\"Uze Zout\"", 50 * (1 + rho) / (1 - rho), 50, 50, "b"},
+        {"T", "\"Uze Zout\"", 50 * (1 - rho) / (1 + rho), 50, 50, "b"},
+        {"Pi", "\"Use Both\"", 50, 50, 50, "c"},
+        {"T", "Command3", 50, 50, 50, "c"},
+        {"Pi", "close", 50, 50, 50, "b"}, // closed without a choice: nothing changes
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(std::string(c.cf) + " " + c.button);
+        test::Session s;
+        Spec spec;
+        spec.order = 6;
+        spec.configuration = c.cf;
+        spec.terminate = c.button;
+        ASSERT_TRUE(design(s, spec));
+        EXPECT_TRUE(s.runner.desk.queue.empty());
+        EXPECT_NEAR(slot(0).Zin.value(), c.Zin, 1e-9);
+        EXPECT_NEAR(slot(0).Zout.value(), c.Zout, 1e-9);
+        EXPECT_EQ(slot(0).r0.value(), c.r0);
+        EXPECT_EQ(elliptic.designtype, c.type);
+        EXPECT_FALSE(store.oddorder);
+        // The stop-band edge is moved up (w2 = w1 / snc[n]^2 or w1 / snd[n]^2).
+        EXPECT_GT(slot(0).w2.value(), 1000.0 * 1.5 * 0.999);
+        EXPECT_EQ(store.help1,
+                  "Even order Elliptic filters cannot be realized without mutual inductances unless some "
+                  "changes are made to your specifications.");
+        if (std::string(c.button) == "close") {
+            EXPECT_EQ(flow.termchoice, "");
+        }
+    }
+}
+
+TEST(EllipticProto, FaultsInsteadOfUndefinedValues) {
+    // A stop-band ratio below 1 takes the square root of a negative value, a zero
+    // ripple divides by zero: both are the host's run-time errors, never a NaN element.
+    for (double wA : {0.8, 0.0}) {
+        test::Session s;
+        Spec spec;
+        spec.wA = wA;
+        EXPECT_THROW(design(s, spec), RuntimeFault);
+    }
+    test::Session s;
+    Spec spec;
+    spec.Apass = 0;
+    EXPECT_THROW(design(s, spec), RuntimeFault);
+}
+
+} // namespace
+} // namespace zelk
