@@ -47,6 +47,8 @@ SelFunction::SelFunction() : Window("selfunction", "Select Function") { build();
 
 void SelFunction::reset() {
     controls.clear();
+    // The surface belonged to the desktop of the last run.
+    surface = nullptr;
     loaded = visible = false;
     focusname.clear();
     focusindex = -1;
