@@ -1,0 +1,582 @@
+#include "shell/qt/qtdesktop.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QCloseEvent>
+#include <QContextMenuEvent>
+#include <QCursor>
+#include <QDate>
+#include <QDesktopServices>
+#include <QDir>
+#include <QEventLoop>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QLabel>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPainter>
+#include <QPrintDialog>
+#include <QPrinter>
+#include <QProcess>
+#include <QPushButton>
+#include <QScreen>
+#include <QSettings>
+#include <QStandardPaths>
+#include <QUrl>
+#include <QVBoxLayout>
+#include <chrono>
+#include <filesystem>
+
+#include "core/commands.h"
+#include "core/designstore.h"
+#include "entry/panel.h"
+#include "shell/frame.h"
+#include "shell/qt/qtsurface.h"
+#include "shell/qt/views.h"
+
+namespace zelk::qt {
+
+namespace {
+QtDesktop* current = nullptr;
+QString qs(const std::string& s) { return QString::fromStdString(s); }
+
+// Keyboard shortcuts of the frame's menu entries.
+const std::map<std::string, QKeySequence>& shortcuts() {
+    static const std::map<std::string, QKeySequence> s = {
+        {"newfilter", QKeySequence::New},   {"openfilter", QKeySequence::Open}, {"savefilter", QKeySequence::Save},
+        {"pSch", QKeySequence::Print},      {"undo", QKeySequence::Undo},       {"exitfilter", QKeySequence(Qt::CTRL | Qt::Key_Q)},
+    };
+    return s;
+}
+} // namespace
+
+// =======================================================================================
+// DesignFrame
+
+DesignFrame::DesignFrame() {
+    setObjectName("DesignFrame");
+    setWindowTitle("ZELK Filter Design");
+    auto* central = new QWidget(this);
+    auto* layout = new QVBoxLayout(central);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    helppanel_ = new QFrame(central);
+    helppanel_->setObjectName("helpline");
+    helppanel_->setFrameShape(QFrame::StyledPanel);
+    helppanel_->setStyleSheet("QFrame#helpline { background: #ffffe8; }");
+    auto* hl = new QVBoxLayout(helppanel_);
+    hl->setContentsMargins(8, 3, 8, 3);
+    hl->setSpacing(0);
+    for (int i = 0; i < 4; ++i) {
+        labels_[i] = new QLabel(helppanel_);
+        labels_[i]->setObjectName(QString("Label%1").arg(i + 1));
+        labels_[i]->setTextFormat(Qt::PlainText);
+        hl->addWidget(labels_[i]);
+    }
+    mdi_ = new QMdiArea(central);
+    mdi_->setObjectName("mdi");
+    mdi_->setBackground(QColor(128, 128, 128));
+    mdi_->viewport()->installEventFilter(this);
+    layout->addWidget(helppanel_);
+    layout->addWidget(mdi_, 1);
+    setCentralWidget(central);
+}
+
+DesignFrame::~DesignFrame() = default;
+
+void DesignFrame::fillmenu(QMenu* m, const std::string& parent) {
+    for (const MenuItem& item : menuitems()) {
+        if (item.parent != parent) continue;
+        bool haschildren = false;
+        for (const MenuItem& c : menuitems()) haschildren = haschildren || c.parent == item.name;
+        std::string name = item.name;
+        if (haschildren) {
+            QMenu* sub = m->addMenu(qs(item.caption));
+            sub->setObjectName(qs(name));
+            menus_[name] = sub;
+            fillmenu(sub, name);
+        } else {
+            QAction* a = m->addAction(qs(item.caption));
+            a->setObjectName(qs(name));
+            if (auto it = shortcuts().find(name); it != shortcuts().end()) a->setShortcut(it->second);
+            QObject::connect(a, &QAction::triggered, this, [this, name] { runmenu(name); });
+            actions_[name] = a;
+        }
+        // The edit pop-up puts a separator under "For Dipole".
+        if (name == "fordipole") m->addSeparator();
+    }
+}
+
+void DesignFrame::buildmenubar() {
+    menuBar()->clear();
+    for (auto& [n, m] : menus_)
+        if (!m->parent() || m->parent() == this) m->deleteLater();
+    actions_.clear();
+    menus_.clear();
+    for (const MenuItem& top : menuitems()) {
+        if (!top.parent.empty()) continue;
+        std::string name = top.name;
+        QMenu* m = top.popup ? new QMenu(qs(top.caption), this) : menuBar()->addMenu(qs(top.caption));
+        m->setObjectName(qs(name));
+        menus_[name] = m;
+        fillmenu(m, name);
+        // A click on a menu title refreshes the help panel with that menu's lines.
+        QObject::connect(m, &QMenu::aboutToShow, this, [name] {
+            menutitle_Click(name);
+            if (QtDesktop* d = QtDesktop::instance()) d->afterevent();
+        });
+        if (top.popup) continue;
+    }
+    syncmenus();
+}
+
+QAction* DesignFrame::action(const std::string& name) {
+    if (auto it = actions_.find(name); it != actions_.end()) return it->second;
+    if (auto it = menus_.find(name); it != menus_.end()) return it->second->menuAction();
+    return nullptr;
+}
+
+QMenu* DesignFrame::menu(const std::string& name) {
+    auto it = menus_.find(name);
+    return it == menus_.end() ? nullptr : it->second;
+}
+
+void DesignFrame::syncmenus() {
+    for (const MenuItem& item : menuitems()) {
+        QAction* a = action(item.name);
+        if (!a) continue;
+        a->setEnabled(item.enabled);
+        a->setText(qs(item.caption));
+        a->setVisible(item.visible);
+        bool optionlike = item.checked || item.parent == "options" || item.parent == "window";
+        a->setCheckable(optionlike);
+        if (optionlike) a->setChecked(item.checked);
+    }
+    helppanel_->setVisible(frame.helppanelshown);
+    for (int i = 0; i < 4; ++i) labels_[i]->setText(qs(frame.helplabel[i]));
+}
+
+void DesignFrame::runmenu(const std::string& name) {
+    // The checked state of a checkable action is the model's, not the click's.
+    if (!menuenabled(name)) return;
+    const Command* c = findcommand(name);
+    if (!c) {
+        MsgBox("This command is not available in this version.", vbOKOnly | vbInformation, "ZELK Filter Design");
+        if (QtDesktop* d = QtDesktop::instance()) d->afterevent();
+        return;
+    }
+    runcommand(*c);
+    if (QtDesktop* d = QtDesktop::instance()) d->afterevent();
+}
+
+void DesignFrame::closeEvent(QCloseEvent* e) {
+    if (!frame.ending) guarded(frame_close);
+    e->accept();
+    qApp->quit();
+}
+
+void DesignFrame::resizeEvent(QResizeEvent* e) {
+    QMainWindow::resizeEvent(e);
+    frame.framewidth = width();
+    frame.frameheight = height();
+    frame.helppanelheight = helppanel_->isVisible() ? helppanel_->height() : 0;
+}
+
+bool DesignFrame::eventFilter(QObject* o, QEvent* e) {
+    if (e->type() == QEvent::Close) {
+        if (auto* sub = qobject_cast<QMdiSubWindow*>(o)) {
+            // An MDI child's close box is its window's close box.
+            if (Window* w = findwindow(sub->objectName().toStdString())) {
+                e->ignore();
+                logicevent([w] { w->closebox(); });
+                return true;
+            }
+        }
+    }
+    if (o == mdi_->viewport() && e->type() == QEvent::MouseButtonPress &&
+        static_cast<QMouseEvent*>(e)->button() == Qt::RightButton) {
+        guarded(frame_rightclick);
+        if (QtDesktop* d = QtDesktop::instance()) d->afterevent();
+        return true;
+    }
+    return QMainWindow::eventFilter(o, e);
+}
+
+// =======================================================================================
+// QtDesktop
+
+QtDesktop::QtDesktop()
+    : random_(static_cast<unsigned long long>(std::chrono::system_clock::now().time_since_epoch().count())) {
+    current = this;
+}
+
+QtDesktop::~QtDesktop() {
+    for (auto& [w, v] : views_) {
+        if (v.loop) v.loop->quit();
+        delete v.dialog;
+        delete v.sub;
+        w->surface = nullptr;
+    }
+    views_.clear();
+    for (auto& [w, s] : surfaces_) w->surface = nullptr;
+    if (current == this) current = nullptr;
+}
+
+QtDesktop* QtDesktop::instance() { return current; }
+
+DesignFrame* QtDesktop::start() {
+    frame_ = new DesignFrame;
+    frame_->setAttribute(Qt::WA_DeleteOnClose, false);
+    setdesktop(this);
+    resetall();
+    frame_->buildmenubar();
+    // Top left, the screen's full width and 0.95 of its height.
+    if (QScreen* s = QGuiApplication::primaryScreen()) {
+        QRect g = s->availableGeometry();
+        frame_->setGeometry(g.left(), g.top(), g.width(), static_cast<int>(g.height() * 0.95));
+    } else {
+        frame_->resize(1024, 700);
+    }
+    guarded(designframe_load);
+    frame.framewidth = frame_->width();
+    frame.frameheight = frame_->height();
+    afterevent();
+    return frame_;
+}
+
+PixmapSurface& QtDesktop::surfacefor(Window& w) {
+    auto& s = surfaces_[&w];
+    if (!s) {
+        double u = w.unit > 0 ? w.unit : 1;
+        s = std::make_unique<PixmapSurface>(w.clientwidth / u, w.clientheight / u, u);
+    }
+    w.surface = s.get();
+    return *s;
+}
+
+QWidget* QtDesktop::viewof(Window& w) {
+    auto it = views_.find(&w);
+    if (it == views_.end()) return nullptr;
+    if (it->second.sub) return it->second.sub;
+    return it->second.dialog;
+}
+
+std::vector<Window*> QtDesktop::modalstack() const { return modal_; }
+
+WindowDialog* QtDesktop::makedialog(Window& w) {
+    WindowDialog* d = w.formname == "Getdata" ? static_cast<WindowDialog*>(new GetdataDialog(w, frame_))
+                                              : new WindowDialog(w, frame_);
+    d->setAttribute(Qt::WA_DeleteOnClose, false);
+    return d;
+}
+
+void QtDesktop::placepanel(QWidget* d, Window& w) {
+    if (!frame_) return;
+    d->adjustSize();
+    QRect f = frame_->geometry();
+    int x = f.left() + (f.width() - d->width()) / 2;
+    int y = f.top() + (f.height() - d->height()) / 8;
+    if (w.formname != "Getdata") y = f.top() + (f.height() - d->height()) / 2;
+    d->move(x < 0 ? 0 : x, y < 0 ? 0 : y);
+}
+
+void QtDesktop::showmodal(Window& w) {
+    if (w.draws) surfacefor(w);
+    View& v = views_[&w];
+    bool first = !v.dialog;
+    if (!v.dialog) v.dialog = makedialog(w);
+    v.dialog->setWindowModality(Qt::ApplicationModal);
+    w.activate();
+    v.dialog->sync();
+    if (first) placepanel(v.dialog, w);
+    v.dialog->show();
+    v.dialog->raise();
+    v.dialog->activateWindow();
+    afterevent();
+    modal_.push_back(&w);
+    QEventLoop loop;
+    views_[&w].loop = &loop;
+    while (w.visible && w.loaded) loop.exec();
+    if (auto it = views_.find(&w); it != views_.end()) it->second.loop = nullptr;
+    modal_.erase(std::remove(modal_.begin(), modal_.end(), &w), modal_.end());
+}
+
+void QtDesktop::show(Window& w) {
+    if (w.draws) surfacefor(w);
+    View& v = views_[&w];
+    if (w.draws) {
+        if (!v.sub) {
+            v.view = new WindowView(w);
+            v.sub = frame_ ? frame_->mdi()->addSubWindow(v.view) : nullptr;
+            if (v.sub) {
+                v.sub->setObjectName(qs(w.formname));
+                v.sub->setAttribute(Qt::WA_DeleteOnClose, false);
+                // The close box is the window's own.
+                v.sub->installEventFilter(frame_);
+                QObject::connect(v.sub, &QObject::destroyed, [this, &w] { views_.erase(&w); });
+                double u = w.unit > 0 ? w.unit : 1;
+                v.sub->resize(static_cast<int>(w.clientwidth / u) + 12, static_cast<int>(w.clientheight / u) + 34);
+                v.sub->move(static_cast<int>(w.left / u), static_cast<int>(w.top / u));
+            }
+        }
+        if (v.sub) {
+            v.sub->setWindowTitle(qs(w.caption));
+            v.sub->show();
+        }
+    } else {
+        if (!v.dialog) {
+            v.dialog = makedialog(w);
+            v.dialog->setWindowModality(Qt::NonModal);
+            placepanel(v.dialog, w);
+        }
+        v.dialog->show();
+    }
+    w.activate();
+    afterevent();
+}
+
+void QtDesktop::hide(Window& w) {
+    auto it = views_.find(&w);
+    if (it == views_.end()) return;
+    if (it->second.loop) it->second.loop->quit();
+    if (it->second.dialog) it->second.dialog->hide();
+    if (it->second.sub) it->second.sub->hide();
+}
+
+void QtDesktop::unload(Window& w) {
+    auto it = views_.find(&w);
+    if (it == views_.end()) return;
+    View v = it->second;
+    views_.erase(it);
+    if (v.loop) v.loop->quit();
+    if (v.dialog) {
+        v.dialog->hide();
+        v.dialog->deleteLater();
+    }
+    if (v.sub) {
+        v.sub->hide();
+        QObject::disconnect(v.sub, &QObject::destroyed, nullptr, nullptr);
+        v.sub->deleteLater();
+    }
+}
+
+void QtDesktop::refresh(Window& w) {
+    auto it = views_.find(&w);
+    if (it == views_.end()) return;
+    if (it->second.dialog) it->second.dialog->sync();
+    if (it->second.sub) {
+        it->second.sub->setWindowTitle(qs(w.caption));
+        it->second.view->sync();
+    }
+}
+
+void QtDesktop::syncall() {
+    if (syncing_) return;
+    syncing_ = true;
+    std::vector<Window*> ws;
+    for (auto& [w, v] : views_) ws.push_back(w);
+    for (Window* w : ws) refresh(*w);
+    if (frame_) frame_->syncmenus();
+    syncing_ = false;
+}
+
+void QtDesktop::afterevent() {
+    syncall();
+    if (frame.ending && frame_) {
+        frame.ending = false;
+        for (auto& [w, v] : views_)
+            if (v.loop) v.loop->quit();
+        frame_->close();
+    }
+}
+
+void QtDesktop::popupmenu(const std::string& name) {
+    if (!frame_) return;
+    if (QMenu* m = frame_->menu(name)) {
+        frame_->syncmenus();
+        m->popup(QCursor::pos());
+    }
+}
+
+void QtDesktop::arrange(int code) {
+    if (!frame_) return;
+    QMdiArea* mdi = frame_->mdi();
+    QList<QMdiSubWindow*> subs;
+    for (QMdiSubWindow* s : mdi->subWindowList())
+        if (s->isVisible() && !s->isMinimized()) subs.push_back(s);
+    switch (code) {
+    case 0: mdi->cascadeSubWindows(); break;
+    case 1:
+    case 2: {
+        // Tile: side by side across the area (horizontal) or stacked (vertical).
+        if (subs.isEmpty()) break;
+        QRect area = mdi->viewport()->rect();
+        int n = static_cast<int>(subs.size());
+        for (int i = 0; i < n; ++i) {
+            QRect r = code == 2 ? QRect(area.width() * i / n, 0, area.width() / n, area.height())
+                                : QRect(0, area.height() * i / n, area.width(), area.height() / n);
+            subs[i]->showNormal();
+            subs[i]->setGeometry(r);
+        }
+        break;
+    }
+    default: {
+        // Icons: the minimised children lined up along the foot of the area.
+        int x = 0;
+        for (QMdiSubWindow* s : mdi->subWindowList())
+            if (s->isMinimized()) {
+                s->move(x, mdi->viewport()->height() - s->height());
+                x += s->width();
+            }
+        break;
+    }
+    }
+}
+
+int QtDesktop::msgbox(const std::string& text, int flags, const std::string& title) {
+    QMessageBox box(frame_);
+    box.setWindowTitle(qs(title));
+    box.setText(qs(text));
+    box.setTextFormat(Qt::PlainText);
+    switch (flags & 0x70) {
+    case vbCritical: box.setIcon(QMessageBox::Critical); break;
+    case vbQuestion: box.setIcon(QMessageBox::Question); break;
+    case vbExclamation: box.setIcon(QMessageBox::Warning); break;
+    case vbInformation: box.setIcon(QMessageBox::Information); break;
+    default: box.setIcon(QMessageBox::NoIcon); break;
+    }
+    static const std::vector<std::pair<QMessageBox::StandardButton, int>> sets[6] = {
+        {{QMessageBox::Ok, vbOK}},
+        {{QMessageBox::Ok, vbOK}, {QMessageBox::Cancel, vbCancel}},
+        {{QMessageBox::Abort, vbAbort}, {QMessageBox::Retry, vbRetry}, {QMessageBox::Ignore, vbIgnore}},
+        {{QMessageBox::Yes, vbYes}, {QMessageBox::No, vbNo}, {QMessageBox::Cancel, vbCancel}},
+        {{QMessageBox::Yes, vbYes}, {QMessageBox::No, vbNo}},
+        {{QMessageBox::Retry, vbRetry}, {QMessageBox::Cancel, vbCancel}},
+    };
+    int b = flags & 7;
+    const auto& set = sets[b < 6 ? b : 0];
+    QMessageBox::StandardButtons buttons;
+    for (auto& [sb, v] : set) buttons |= sb;
+    box.setStandardButtons(buttons);
+    box.setDefaultButton(set.front().first);
+    // The close box answers Cancel where there is one, else the only or first answer.
+    int ret = box.exec();
+    for (auto& [sb, v] : set)
+        if (ret == sb) return v;
+    for (auto& [sb, v] : set)
+        if (v == vbCancel) return v;
+    return set.front().second;
+}
+
+bool QtDesktop::filedialog(FileDialogRequest& r) {
+    // "Description (*.sch)|*.sch|..." into Qt's "Description (*.sch);;..."
+    QStringList filters;
+    QStringList parts = qs(r.filter).split('|');
+    for (int i = 0; i + 1 < parts.size(); i += 2)
+        filters << (parts[i].contains('(') ? parts[i] : parts[i] + " (" + parts[i + 1].replace(';', ' ') + ")");
+    if (filters.isEmpty() && !r.filter.empty()) filters << qs(r.filter);
+    filters << "All Files (*)";
+    QString start = qs(r.initdir);
+    if (!r.filename.empty()) start = QDir(start).filePath(QFileInfo(qs(r.filename)).fileName());
+    QString chosen = r.save ? QFileDialog::getSaveFileName(frame_, qs(r.title), start, filters.join(";;"))
+                            : QFileDialog::getOpenFileName(frame_, qs(r.title), start, filters.join(";;"));
+    afterevent();
+    if (chosen.isEmpty()) return false;
+    r.filename = chosen.toStdString();
+    return true;
+}
+
+std::string QtDesktop::getsetting(const std::string& app, const std::string& section, const std::string& key,
+                                  const std::string& def) {
+    QSettings s("filter", qs(app));
+    return s.value(qs(section + "/" + key), qs(def)).toString().toStdString();
+}
+
+void QtDesktop::savesetting(const std::string& app, const std::string& section, const std::string& key,
+                            const std::string& value) {
+    QSettings s("filter", qs(app));
+    s.setValue(qs(section + "/" + key), qs(value));
+    s.sync();
+}
+
+double QtDesktop::rnd() { return std::uniform_real_distribution<double>(0.0, 1.0)(random_); }
+
+std::string QtDesktop::date() {
+    QDate d = QDate::currentDate();
+    return std::to_string(d.month()) + "/" + std::to_string(d.day()) + "/" + std::to_string(d.year());
+}
+
+void QtDesktop::doevents() {
+    if (frame_) frame_->syncmenus();
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+}
+
+void QtDesktop::busy(bool on) {
+    if (on) {
+        ++busy_;
+        QApplication::setOverrideCursor(Qt::WaitCursor);
+    } else if (busy_ > 0) {
+        --busy_;
+        QApplication::restoreOverrideCursor();
+    }
+}
+
+bool QtDesktop::openurl(const std::string& url) { return QDesktopServices::openUrl(QUrl(qs(url))); }
+
+bool QtDesktop::startprogram(const std::string& path) { return QProcess::startDetached(qs(path), {}); }
+
+QPrinter& QtDesktop::printer() {
+    if (!printer_) printer_ = std::make_unique<QPrinter>(QPrinter::HighResolution);
+    return *printer_;
+}
+
+void QtDesktop::printwindow(Window& w) {
+    if (!w.draws) return;
+    // Repaint first so that a window that just hid its buttons prints without them; the
+    // surface never holds the buttons or the overlay anyway.
+    QPrintDialog dlg(&printer(), frame_);
+    dlg.setWindowTitle(qs("Print " + w.caption));
+    if (dlg.exec() != QDialog::Accepted) return;
+    QPainter p(&printer());
+    const QPixmap& pm = surfacefor(w).pixmap();
+    // The surface at the size it has on the screen, scaled to the printer's resolution.
+    double scale = printer().resolution() / static_cast<double>(frame_ ? frame_->logicalDpiX() : 96);
+    p.scale(scale, scale);
+    p.drawPixmap(0, 0, pm);
+}
+
+void QtDesktop::clipboardwindow(Window& w) {
+    if (!w.draws) return;
+    QClipboard* c = QGuiApplication::clipboard();
+    c->clear();
+    c->setImage(surfacefor(w).pixmap().toImage());
+}
+
+void QtDesktop::printersetup() {
+    // A cancel in the printer dialog is ignored.
+    QPrintDialog dlg(&printer(), frame_);
+    dlg.setWindowTitle("Printer Setup");
+    dlg.exec();
+}
+
+std::string QtDesktop::programdir() {
+    namespace fs = std::filesystem;
+    if (const char* p = std::getenv("ZELK_PROGRAMDIR"); p && *p) return p;
+    fs::path dir = QCoreApplication::applicationDirPath().toStdString();
+    std::error_code ec;
+    for (fs::path p : {dir, dir.parent_path(), dir.parent_path() / "share" / "zelkfilter"})
+        if (fs::exists(p / "tables", ec)) return p.string();
+    return dir.string();
+}
+
+std::string QtDesktop::userdatadir() {
+    if (const char* u = std::getenv("ZELK_USERDIR"); u && *u) return u;
+    QString d = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
+    QDir().mkpath(d);
+    return d.toStdString();
+}
+
+} // namespace zelk::qt

@@ -1,0 +1,84 @@
+#include "shell/qt/qtsurface.h"
+
+#include <QFontMetricsF>
+
+namespace zelk::qt {
+
+QFont surfacefont(bool bold) {
+    QFont f("Sans Serif");
+    f.setStyleHint(QFont::SansSerif);
+    f.setPointSizeF(8);
+    f.setBold(bold);
+    return f;
+}
+
+QColor hostcolour(long c) { return QColor(static_cast<int>(c & 255), static_cast<int>((c >> 8) & 255), static_cast<int>((c >> 16) & 255)); }
+
+PainterSurface::PainterSurface(QPainter* p, double widthpx, double heightpx, double unit)
+    : p_(p), width_(widthpx), height_(heightpx), unit_(unit > 0 ? unit : 1) {}
+
+void PainterSurface::cls() {
+    if (QPainter* p = painter()) p->fillRect(QRectF(0, 0, width_, height_), Qt::white);
+    moveto(0, 0);
+}
+
+void PainterSurface::line(double x1, double y1, double x2, double y2) {
+    QPainter* p = painter();
+    if (!p) return;
+    QPen pen(hostcolour(colour_));
+    pen.setWidthF(bold_ ? 2 : 1);
+    p->setPen(pen);
+    p->setRenderHint(QPainter::Antialiasing, !(x1 == x2 || y1 == y2));
+    p->drawLine(QPointF(x1 / unit_, y1 / unit_), QPointF(x2 / unit_, y2 / unit_));
+}
+
+void PainterSurface::drawtext(double x, double y, const std::string& text) {
+    QPainter* p = painter();
+    if (!p) return;
+    QFont f = surfacefont(bold_);
+    p->setFont(f);
+    p->setPen(hostcolour(colour_));
+    QFontMetricsF m(f);
+    p->drawText(QPointF(x / unit_, y / unit_ + m.ascent()), QString::fromStdString(text));
+}
+
+double PainterSurface::textwidth(const std::string& text) const {
+    return QFontMetricsF(surfacefont(bold_)).horizontalAdvance(QString::fromStdString(text)) * unit_;
+}
+
+double PainterSurface::textheight(const std::string&) const { return QFontMetricsF(surfacefont(bold_)).height() * unit_; }
+
+void PainterSurface::fillrect(double x1, double y1, double x2, double y2) {
+    if (QPainter* p = painter())
+        p->fillRect(QRectF(QPointF(x1 / unit_, y1 / unit_), QPointF(x2 / unit_, y2 / unit_)).normalized(),
+                    hostcolour(colour_));
+}
+
+PixmapSurface::PixmapSurface(double widthpx, double heightpx, double unit)
+    : PainterSurface(nullptr, widthpx, heightpx, unit) {
+    resize(static_cast<int>(widthpx), static_cast<int>(heightpx));
+}
+
+PixmapSurface::~PixmapSurface() { painter_.reset(); }
+
+void PixmapSurface::resize(int w, int h) {
+    painter_.reset();
+    if (w < 1) w = 1;
+    if (h < 1) h = 1;
+    width_ = w;
+    height_ = h;
+    pixmap_ = QPixmap(w, h);
+    pixmap_.fill(Qt::white);
+}
+
+QPainter* PixmapSurface::painter() {
+    if (!painter_) painter_ = std::make_unique<QPainter>(&pixmap_);
+    return painter_.get();
+}
+
+const QPixmap& PixmapSurface::pixmap() {
+    painter_.reset();
+    return pixmap_;
+}
+
+} // namespace zelk::qt

@@ -1,0 +1,64 @@
+// Surfaces on Qt: a retained pixmap that a window draws into (the window's persistent
+// surface, shown, printed and copied), and a surface straight onto a QPainter for the
+// pictures that are drawn afresh on every paint (the panel's picture).
+#pragma once
+
+#include <QFont>
+#include <QPainter>
+#include <QPixmap>
+#include <memory>
+
+#include "core/surface.h"
+
+namespace zelk::qt {
+
+// The program's 8-point sans-serif face.
+QFont surfacefont(bool bold);
+QColor hostcolour(long colour);
+
+// Draws onto a painter that the caller owns; coordinates are surface units, `unit` of
+// them to a pixel.
+class PainterSurface : public Surface {
+  public:
+    PainterSurface(QPainter* p, double widthpx, double heightpx, double unit = 1);
+    void cls() override;
+    void setcolour(long c) override { colour_ = c; }
+    long colour() const override { return colour_; }
+    void setbold(bool b) override { bold_ = b; }
+    bool bold() const override { return bold_; }
+    void line(double x1, double y1, double x2, double y2) override;
+    void drawtext(double x, double y, const std::string& text) override;
+    double textwidth(const std::string& text) const override;
+    double textheight(const std::string& text) const override;
+    double scalewidth() const override { return width_ * unit_; }
+    double scaleheight() const override { return height_ * unit_; }
+    void fillrect(double x1, double y1, double x2, double y2) override;
+
+  protected:
+    virtual QPainter* painter() { return p_; }
+    QPainter* p_;
+    double width_, height_, unit_;
+    long colour_ = BLACK;
+    bool bold_ = false;
+};
+
+// A window's retained surface: every operation paints into a pixmap of the window's client
+// size; the pixmap is what the screen shows, the printer prints and the clipboard takes.
+class PixmapSurface : public PainterSurface {
+  public:
+    PixmapSurface(double widthpx, double heightpx, double unit);
+    ~PixmapSurface() override;
+    // New client size: a fresh white pixmap (the window redraws on its resize event).
+    void resize(int widthpx, int heightpx);
+    // Ends pending painting; the pixmap is then complete.
+    const QPixmap& pixmap();
+
+  protected:
+    QPainter* painter() override;
+
+  private:
+    QPixmap pixmap_;
+    std::unique_ptr<QPainter> painter_;
+};
+
+} // namespace zelk::qt
