@@ -65,7 +65,7 @@ struct Dipole {
 inline constexpr int MAXSLOT = 7;
 inline constexpr int MAXDIPOLE = 32;
 
-// One open filter: the specification and up to 32 dipoles (index 0 is never used).
+// One open filter: what the user asked for and up to 32 dipoles (index 0 is never used).
 // Fields in design-file order; `wA` (file field 16) is the shared global below.
 struct DesignSlot {
     std::string title, designtitle, code;
