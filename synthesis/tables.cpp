@@ -1,0 +1,241 @@
+#include "synthesis/tables.h"
+
+#include <cmath>
+#include <string>
+
+#include "core/checkedmath.h"
+#include "core/designflow.h"
+#include "core/designstore.h"
+#include "core/desktop.h"
+#include "core/paths.h"
+#include "core/specprompts.h"
+#include "entry/panel.h"
+#include "shell/frame.h"
+
+namespace zelk {
+
+namespace {
+
+const bool reset = registerresetter([] {
+    closetablefile();
+    tables.tabratio = 0;
+});
+
+DesignSlot& cur() { return slot(store.curslot); }
+
+// The host's free-form input: the next number, items separated by commas or line ends.
+// Past the end of the file it is the host's "Input past end of file".
+double readnumber() {
+    std::string item;
+    char ch;
+    bool any = false;
+    while (tables.file1.get(ch)) {
+        if (ch == ',' || ch == '\n') {
+            if (any || ch == ',') break;
+            continue; // blank lines between records
+        }
+        if (ch == '\r') continue;
+        if (ch != ' ' && ch != '\t') any = true;
+        item += ch;
+    }
+    if (!any && !tables.file1) raisefault(62);
+    return Val(item);
+}
+
+// End of file: nothing but blanks and line ends is left.
+bool endoffile() {
+    for (;;) {
+        const int ch = tables.file1.peek();
+        if (ch == std::char_traits<char>::eof()) return true;
+        if (ch != ' ' && ch != '\t' && ch != '\r' && ch != '\n') return false;
+        tables.file1.get();
+    }
+}
+
+// Reads one record into g and tabratio; returns its order.
+double readrecord() {
+    const double n = readnumber();
+    tables.tabratio = readnumber();
+    for (int i = 1; i <= static_cast<int>(Fix(n)); ++i) {
+        const double v = readnumber();
+        if (i > 16) raisefault(9);
+        store.g[static_cast<size_t>(i)] = v;
+    }
+    return n;
+}
+
+void settype(int d, short type) {
+    cleardipole(d);
+    dipole(store.curslot, d).type = type;
+}
+
+} // namespace
+
+void opentablefile(const std::string& literal) {
+    closetablefile();
+    tables.file1.open(mappath(literal));
+    if (!tables.file1) raisefault(53);
+}
+
+void closetablefile() {
+    if (tables.file1.is_open()) tables.file1.close();
+    tables.file1.clear();
+}
+
+void gettabledata() {
+    if (!tables.file1.is_open()) raisefault(52);
+    DesignSlot& s = cur();
+    while (!endoffile()) {
+        const double n = readrecord();
+        if (Val(Str(tables.tabratio)) == 0) tables.tabratio = 100;
+        if (n != s.order.value()) continue;
+        store.oddorder = n / 2 != Int(n / 2);
+        double t = hdiv(s.Zout, s.Zin);
+        if (store.oddorder) {
+            if (t > 1) t = 1 / t;
+            if (tables.tabratio <= t) break;
+        } else {
+            if (t < 1) t = hdiv(1, t);
+            if (tables.tabratio > t || tables.tabratio == 0) break;
+        }
+    }
+    closetablefile();
+}
+
+void getCRtabledata() {
+    if (!tables.file1.is_open()) raisefault(52);
+    while (!endoffile())
+        if (readrecord() == cur().order.value()) break;
+    closetablefile();
+}
+
+void tablerealize() {
+    DesignSlot& s = cur();
+    const double n = s.order;
+    if (n < 1 || n > 16) raisefault(5);
+    const int last = static_cast<int>(Int(n));
+    const double tr = tables.tabratio;
+    const bool odd = n / 2 != Int(n / 2);
+    store.oddorder = odd;
+    const bool pi = flow.configuration == "Pi";
+    const double zin = s.Zin, zout = s.Zout;
+
+    // Per case: which termination multiplies by the ratio, the end that gives r0, the
+    // layout, the reading of g and the end of the ladder.
+    bool test, zoutup, r0isout, cfirst, forwards, wireend;
+    if (pi && odd) {
+        test = zin <= zout;
+        zoutup = !test;
+        r0isout = test;
+        cfirst = true;
+        forwards = test;
+        wireend = true;
+    } else if (pi) {
+        test = zin <= zout;
+        zoutup = test;
+        r0isout = test;
+        cfirst = test;
+        forwards = test;
+        wireend = !test;
+    } else if (odd) {
+        test = zin >= zout;
+        zoutup = test;
+        r0isout = !test;
+        cfirst = false;
+        forwards = test;
+        wireend = false;
+    } else {
+        test = zin <= zout;
+        zoutup = true;
+        r0isout = !test;
+        cfirst = !test;
+        forwards = test;
+        wireend = test;
+    }
+    // "Zin" keeps Zin and moves Zout; "Zout" keeps Zout and moves Zin.
+    if (flow.termchoice == "Zin") s.Zout = zoutup ? zin * tr : hdiv(zin, tr);
+    else if (flow.termchoice == "Zout") s.Zin = zoutup ? hdiv(zout, tr) : zout * tr;
+    s.r0 = r0isout ? s.Zout : s.Zin;
+
+    const auto& g = store.g;
+    auto value = [&](int i) {
+        const int k = forwards ? i : last + 1 - i;
+        if (k < 0 || k > 16) raisefault(9);
+        return g[static_cast<size_t>(k)];
+    };
+    int d = 1;
+    if (!cfirst) {
+        settype(2, 38);
+        d = 2;
+    }
+    for (int i = 1; i <= last; i += 2) {
+        const int at = cfirst ? i + 1 : i + 2;
+        settype(at, cfirst ? 33 : 2);
+        if (cfirst) dipole(store.curslot, at).C = value(i);
+        else dipole(store.curslot, at).L = value(i);
+        d = at;
+        if (i < last) {
+            settype(at + 1, cfirst ? 2 : 33);
+            if (cfirst) dipole(store.curslot, at + 1).L = value(i + 1);
+            else dipole(store.curslot, at + 1).C = value(i + 1);
+            d = at + 1;
+        }
+    }
+    if (wireend) settype(++d, 6);
+    settype(++d, 31);
+    s.dip(d).R = s.Zout;
+    s.dipolecount = d;
+    settype(1, 1);
+    s.dip(1).R = s.Zin;
+}
+
+void tabledesign() {
+    DesignSlot& s = cur();
+    s.Astop = 0;
+    s.Apass = 3;
+    frame.designsaved = false;
+    const int kind = flow.functionkind;
+    if (kind < 0 || kind > 3) raisefault(5);
+    s.code = "T" + kindcode(kind);
+    panelimage(31 + kind);
+    switch (kind) {
+    case 0:
+    case 1: getdesign2a(); break;
+    case 2: getdesign4c(); break;
+    default: getdesign4a(); break;
+    }
+    if (store.cancelled) {
+        newfilter_Click();
+        closetablefile();
+        return;
+    }
+    getQu();
+    kindtitleset(s.title);
+    if (kind < 2) {
+        s.w0 = s.w1;
+    } else {
+        s.w0 = std::sqrt(s.w1 * s.w2);
+        flow.Qratio = hdiv(s.w0, s.w2 - s.w1);
+    }
+    if (s.order > 10) {
+        MsgBox("Maximum order is 10.", vbOKOnly | vbExclamation, "WARNING");
+        newfilter_Click();
+        closetablefile();
+        return;
+    }
+    gettabledata();
+    tablerealize();
+    scaletransform();
+    finishdesign();
+}
+
+void tablecommand(const std::string& helpline, const std::string& file, const std::string& basetitle) {
+    store.help1 = helpline;
+    showhelplines();
+    if (!takeslotandselect("T")) return;
+    opentablefile(file);
+    cur().title = basetitle;
+    tabledesign();
+}
+
+} // namespace zelk
