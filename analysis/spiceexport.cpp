@@ -145,10 +145,10 @@ void writedipole(Net& n, const Dipole& dp, int d, bool shunt, const std::string&
     case 3:
     case 33:
         need(dp.C, d, "C");
-        // The impedance carries 1e-06 ohm in series, the admittance 1e-06 siemens across:
-        // a series arm is seen by its impedance, a shunt arm by its admittance.
-        if (shunt) across({Conly(dp.C), Ronly(1e6)})(a, b);
-        else n.chain(a, b, {Conly(dp.C), Ronly(1e-06)});
+        // The impedance carries 1e-06 ohm in series, the admittance 1e-06 siemens across.
+        // A shunt arm's node voltage comes from its impedance, so the impedance form is
+        // written in both places.
+        n.chain(a, b, {Conly(dp.C), Ronly(1e-06)});
         break;
     case 4:
     case 34: need(dp.L, d, "L"); need(dp.C, d, "C"); S(dp.L, dp.C, dp.Qu)(a, b); break;
