@@ -436,7 +436,7 @@ void dipoleclick(int n) {
     int s = store.curslot;
     int count = slot(s).count();
     int t = typeat(s, n);
-    std::string fordipole = "For Dipole " + plainnum(n);
+    std::string fordipole = "For Dipole " + numtext(n);
 
     setenabled("equamp", slot(0).w1 > 0 && (t == 38 || t == 6) && (n == count - 1 || n == count - 2));
 

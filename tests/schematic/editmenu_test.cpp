@@ -28,7 +28,7 @@ TEST(EditMenu, EntriesFollowTheTypeOfTheDipoleClicked) {
     EXPECT_FALSE(menuenabled("auto"));
     EXPECT_FALSE(menuenabled("swap"));
     EXPECT_FALSE(menuenabled("ungroup"));
-    EXPECT_EQ(findmenu("fordipole")->caption, "For Dipole 3");
+    EXPECT_EQ(findmenu("fordipole")->caption, "For Dipole  3");
 
     click(5); // series LC
     EXPECT_FALSE(menuenabled("splitC"));
@@ -113,7 +113,7 @@ TEST(EditMenu, EnteringDisablesTheStructuralEditsAndTwoFiltersIgnoreClicks) {
     click(3);
     for (const char* e : {"transform", "auto", "swap", "split", "ungroup", "group", "norton"})
         EXPECT_FALSE(menuenabled(e)) << e;
-    EXPECT_EQ(findmenu("fordipole")->caption, "For Dipole 3");
+    EXPECT_EQ(findmenu("fordipole")->caption, "For Dipole  3");
     store.entering = false;
     click(3);
     EXPECT_TRUE(menuenabled("split"));
