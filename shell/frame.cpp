@@ -55,7 +55,7 @@ void starthelplines() {
 
 void newfilter_Click() {
     frame.designsaved = true;
-    for (const char* name : {"crystalparms", "designtitle", "dipolesH", "dipolesV", "Getdata", "selfunction"})
+    for (const char* name : {"crystalparms", "designtitle", "dipolesH", "dipolesV", "Getdata", "selfunction", "trouble"})
         if (Window* w = findwindow(name); w && w->loaded) w->unload();
     for (Window* w : windows()) {
         if (!w->loaded) continue;

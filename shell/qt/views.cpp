@@ -228,6 +228,7 @@ void ControlMirror::sync() {
 // ---------------------------------------------------------------------------------------
 
 Canvas::Canvas(Window& w, QWidget* parent) : QWidget(parent), w_(w) {
+    setObjectName("canvas");
     setMouseTracking(true);
     setAttribute(Qt::WA_OpaquePaintEvent, w.draws);
 }
