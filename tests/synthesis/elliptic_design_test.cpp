@@ -1,0 +1,243 @@
+// Whole elliptic designs through the menu command, the selector, the prompts and the
+// scale transforms, analysed by the program's forward walk (PEG) and by ngspice on the
+// exported netlist, against the textbook Cauer frequencies of elliptic_reference.h.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <sstream>
+#include <string>
+
+#include "analysis/walkers.h"
+#include "core/designflow.h"
+#include "core/designstore.h"
+#include "elliptic_reference.h"
+#include "synthesis/ellipticproto.h"
+#include "testsupport.h"
+
+namespace zelk {
+namespace {
+
+using test::Cauer;
+constexpr double twopi = 2 * test::pi;
+
+// PEG at f hertz: 10 log10(Vratio^2 * 4 * Zmag1 / Zdmag) after the forward walk. The
+// walk's own arithmetic (residual resistances, its phase bookkeeping) puts a matched
+// lossless ladder a few thousandths of a dB off the exact loss, hence the tolerance.
+constexpr double walktol = 0.01;
+double peg(double f) {
+    store.wA = twopi * f;
+    forwardwalk(0);
+    return 10 * std::log10(walk.Vratio * walk.Vratio * 4 * walk.Zmag1 / walk.Zdmag);
+}
+
+// Runs an elliptic design: selector answer, the kind's prompt values, Qu lossless, and
+// an optional answer for the terminate window.
+void design(test::Session& s, const std::string& selector, const std::string& prompt,
+            const std::string& terminate = "") {
+    std::string script = "> selfunction: " + selector + " \"Accept design\"\n> Getdata: " + prompt +
+                         "\n> Getdata: Lossless\n";
+    if (!terminate.empty()) script += "> terminate: " + terminate + "\n";
+    script += ">? designtitle: Command1\nelliptic\n";
+    ASSERT_EQ(s.run(script), 0) << s.err.str();
+    ASSERT_EQ(store.lastslot, 0);
+}
+
+TEST(EllipticDesign, LowPassAndHighPassAnalysedByTheWalk) {
+    // ELP 10 MHz / 15 MHz, 0.1 dB, order 5 and 7, Pi and T, 50 ohms.
+    for (const char* cf : {"selection(0)", "selection(0) picture"}) {
+        for (int n : {5, 7}) {
+            SCOPED_TRACE(std::string(cf) + " order " + std::to_string(n));
+            test::Session s;
+            design(s, cf, "10M 15M .1 60 " + std::to_string(n) + " 50 50");
+            const Cauer ref(n, 0.1, 1.5);
+            const double f1 = 10e6, Astop = slot(0).Astop;
+            EXPECT_EQ(slot(0).code, "ELP");
+            EXPECT_EQ(slot(0).title, "Elliptic Low-Pass");
+            EXPECT_NEAR(peg(f1 * 1e-4), 0, 0.002);
+            for (int i = 1; i <= (n - 1) / 2; ++i) {
+                EXPECT_NEAR(peg(f1 * ref.losszero(i)), 0, walktol);
+                EXPECT_NEAR(peg(f1 * ref.peak(i - 1)), -0.1, walktol);
+                EXPECT_LT(peg(f1 * ref.zero(i) * (1 + 1e-7)), -100);
+            }
+            EXPECT_NEAR(peg(f1), -0.1, walktol);
+            double worst = -1e9;
+            for (int i = 0; i <= 4000; ++i) worst = std::max(worst, peg(15e6 * std::pow(100.0, i / 4000.0)));
+            EXPECT_LT(worst, -(Astop - 0.02));
+            EXPECT_NEAR(worst, -ref.Astop(), 0.02);
+        }
+    }
+    {
+        // EHP: cut-off at F2 = 15 MHz, stop edge at F1 = 10 MHz; zeros at F2 / Omega.
+        test::Session s;
+        design(s, "selection(1)", "10M 15M .1 60 5 50 50");
+        EXPECT_EQ(slot(0).code, "EHP");
+        EXPECT_EQ(slot(0).title, "Elliptic High-Pass");
+        const Cauer ref(5, 0.1, 1.5);
+        EXPECT_NEAR(peg(15e6), -0.1, walktol);
+        EXPECT_NEAR(peg(15e6 / ref.losszero(1)), 0, walktol);
+        EXPECT_NEAR(peg(15e6 / ref.peak(0)), -0.1, walktol);
+        for (int i = 1; i <= 2; ++i) EXPECT_LT(peg(15e6 / ref.zero(i) / (1 + 1e-7)), -100);
+        EXPECT_NEAR(peg(10e6), -ref.Astop(), 0.02);
+        EXPECT_NEAR(peg(1e12), 0, 0.002);
+    }
+}
+
+TEST(EllipticDesign, BandDesignsAndTheirSeriesParallelForms) {
+    // EBP centre 10 MHz, bandwidth 1 MHz, shape factor 1.5, 0.1 dB, order 5: pass-band
+    // edges at 9.5 and 10.5 MHz (the low-pass edge maps on both), the least stop-band
+    // loss at the nearer of the two stop edges.
+    std::map<std::string, std::vector<double>> curves;
+    const std::vector<double> freqs = {9.3e6, 9.5e6, 9.7e6, 10e6, 10.3e6, 10.5e6, 10.8e6, 13e6, 7e6};
+    for (const char* cf : {"selection(2)", "selection(2) picture", "selection(2) picture picture",
+                           "selection(2) picture picture picture"}) {
+        SCOPED_TRACE(cf);
+        test::Session s;
+        design(s, cf, "10M 1M 1.5 .1 60 5 50 50");
+        EXPECT_EQ(slot(0).code, "EBP");
+        EXPECT_EQ(slot(0).title, "Elliptic Band-Pass");
+        EXPECT_NEAR(peg(9.5e6), -0.1, walktol);
+        EXPECT_NEAR(peg(10.5e6), -0.1, walktol);
+        EXPECT_NEAR(peg(std::sqrt(9.5e6 * 10.5e6)), 0, walktol);
+        const double Astop = slot(0).Astop;
+        EXPECT_LT(peg(9.5e6 / 1.5), -(Astop - 0.02));
+        EXPECT_LT(peg(10.5e6 * 1.5), -(Astop - 0.02));
+        std::vector<double>& c = curves[flow.configuration];
+        for (double f : freqs) c.push_back(peg(f));
+    }
+    // "SPPi" and "SPT" are the same network drawn in series-parallel form, and Pi and T
+    // duals of one prototype: equal responses up to the walk's residuals.
+    ASSERT_EQ(curves.size(), 4u);
+    for (size_t i = 0; i < freqs.size(); ++i) {
+        const double tol = 0.003 + 1e-4 * std::fabs(curves["Pi"][i]);
+        EXPECT_NEAR(curves["SPPi"][i], curves["Pi"][i], tol) << freqs[i];
+        EXPECT_NEAR(curves["SPT"][i], curves["T"][i], tol) << freqs[i];
+        EXPECT_NEAR(curves["T"][i], curves["Pi"][i], tol) << freqs[i];
+    }
+    {
+        // EBR: pass corners 8 and 12 MHz, stop edges 9.5 and 10.1 MHz.
+        test::Session s;
+        design(s, "selection(3)", "8M 9.5M 10.1M 12M .1 \"\" 5 50 50");
+        EXPECT_EQ(slot(0).code, "EBR");
+        EXPECT_EQ(slot(0).title, "Elliptic Band-Reject");
+        EXPECT_NEAR(peg(8e6), -0.1, walktol);
+        EXPECT_NEAR(peg(12e6), -0.1, walktol);
+        EXPECT_NEAR(peg(1e3), 0, 0.002);
+        const double Astop = slot(0).Astop;
+        double worst = -1e9;
+        for (int i = 0; i <= 2000; ++i) worst = std::max(worst, peg(9.5e6 + 0.6e6 * i / 2000.0));
+        EXPECT_LT(worst, -(Astop - 0.02));
+    }
+}
+
+TEST(EllipticDesign, EvenOrdersFollowTheTerminateWindow) {
+    // Order 6 low-pass, "Use Zin": Zout becomes Zin (1 - rho) / (1 + rho), the loss at
+    // DC is the ripple and the stop-band edge is moved up to where Astop is reached.
+    test::Session s;
+    design(s, "selection(0)", "10M 15M .1 60 6 50 50", "\"Use Zin\"");
+    const double rho = std::sqrt(1 - std::pow(10, -0.01));
+    EXPECT_NEAR(slot(0).Zout.value(), 50 * (1 - rho) / (1 + rho), 1e-9);
+    EXPECT_EQ(dipole(0, slot(0).count()).R, slot(0).Zout.value());
+    const double f2 = slot(0).w2 / twopi;
+    EXPECT_GT(f2, 15e6);
+    EXPECT_NEAR(peg(1e3), -0.1, 0.002);
+    EXPECT_NEAR(peg(10e6), -0.1, walktol);
+    double pass = 0;
+    for (int i = 0; i <= 2000; ++i) pass = std::min(pass, peg(10e6 * i / 2000.0 + 1));
+    EXPECT_GT(pass, -0.1 - walktol);
+    double worst = -1e9;
+    for (int i = 0; i <= 4000; ++i) worst = std::max(worst, peg(f2 * std::pow(100.0, i / 4000.0)));
+    EXPECT_NEAR(worst, -slot(0).Astop, 0.02);
+
+    // "Use Both": both terminations stay, matched at DC.
+    test::Session b;
+    design(b, "selection(0)", "10M 15M .1 60 6 50 50", "\"Use Both\"");
+    EXPECT_EQ(slot(0).Zout.value(), 50);
+    EXPECT_NEAR(peg(1e3), 0, 0.002);
+    EXPECT_NEAR(peg(10e6), -0.1, walktol);
+
+    // Closing the window without a choice: nothing is changed, the design is type "b".
+    test::Session c;
+    design(c, "selection(0)", "10M 15M .1 60 6 50 50", "close");
+    EXPECT_EQ(flow.termchoice, "");
+    EXPECT_EQ(slot(0).Zout.value(), 50);
+    EXPECT_EQ(elliptic.designtype, "b");
+}
+
+TEST(EllipticDesign, RefusalsLeaveNoDesign) {
+    // Order 12 is refused with the four-line box; the design is abandoned.
+    test::Session s;
+    ASSERT_EQ(s.run("> selfunction: selection(0) \"Accept design\"\n> Getdata: 10M 15M .1 60 12 50 50\n"
+                    "> Getdata: Lossless\nelliptic\ndump messages\n"),
+              0)
+        << s.err.str();
+    EXPECT_EQ(store.lastslot, -1);
+    EXPECT_NE(s.take().find("msgbox title=\"WARNING\" buttons=OK answer=OK text=\"Maximum order is 11.\\n"
+                            "Reduce stopband requirement,\\nor allow more passband ripple,\\n"
+                            "or specify a lower order.\""),
+              std::string::npos);
+    // A ripple of 0 divides by zero in the pole parameter: the host's run-time error, and
+    // the design is abandoned.
+    test::Session f;
+    ASSERT_EQ(f.run("> selfunction: selection(0) \"Accept design\"\n> Getdata: 10M 15M 0 60 5 50 50\n"
+                    "> Getdata: Lossless\nelliptic\ndump messages\n"),
+              0)
+        << f.err.str();
+    EXPECT_EQ(store.lastslot, -1);
+    EXPECT_NE(f.take().find("Run-time error '11':\\n\\nDivision by zero"), std::string::npos);
+}
+
+// ngspice on the exported netlist: the transducer gain 20 log10(2 |V(out)| sqrt(Rs/RL))
+// at a few frequencies, against the textbook values.
+TEST(EllipticDesign, NgspiceAgreesOnTheExportedLadder) {
+    if (std::system("ngspice -v > /dev/null 2>&1") != 0) GTEST_SKIP() << "ngspice not installed";
+    const auto dir = std::filesystem::temp_directory_path() / "zelk-elliptic-spice";
+    std::filesystem::create_directories(dir);
+    const std::string deck = (dir / "elp7.cir").string();
+    test::Session s;
+    design(s, "selection(0) picture", "10M 15M .1 60 7 50 50");
+    ASSERT_EQ(s.run("export spice \"" + deck + "\" 1M 100M\n"), 0) << s.err.str();
+    const Cauer ref(7, 0.1, 1.5);
+    // Probe frequencies: near DC, a loss zero, a ripple peak, the edge, the stop edge.
+    const std::vector<double> probes = {1e3, 10e6 * ref.losszero(2), 10e6 * ref.peak(1), 10e6, 15e6,
+                                        10e6 * ref.zero(1) * 1.01};
+    std::ifstream in(deck);
+    std::stringstream text;
+    text << in.rdbuf();
+    std::string body = text.str();
+    const size_t ac = body.find(".ac");
+    ASSERT_NE(ac, std::string::npos);
+    body = body.substr(0, ac);
+    const std::string run = (dir / "run.cir").string(), out = (dir / "run.out").string();
+    {
+        std::ofstream r(run);
+        r.precision(15);
+        r << body << ".control\n";
+        for (double f : probes) r << "ac lin 1 " << f << ' ' << f << "\nprint vm(out)\n";
+        r << ".endc\n.end\n";
+    }
+    // ngspice's exit status in batch mode with a control block is not a verdict; the
+    // printed values are.
+    (void)std::system(("ngspice -b \"" + run + "\" > \"" + out + "\" 2>&1").c_str());
+    std::ifstream o(out);
+    std::vector<double> vm;
+    for (std::string line; std::getline(o, line);) {
+        if (line.rfind("vm(out) = ", 0) == 0) vm.push_back(std::stod(line.substr(10)));
+    }
+    ASSERT_EQ(vm.size(), probes.size());
+    auto gain = [&](size_t i) { return 20 * std::log10(2 * vm[i]); }; // Rs = RL = 50
+    EXPECT_NEAR(gain(0), 0, 1e-3);
+    EXPECT_NEAR(gain(1), 0, 1e-3);
+    EXPECT_NEAR(gain(2), -0.1, 0.0035);
+    EXPECT_NEAR(gain(3), -0.1, 0.0035);
+    EXPECT_NEAR(gain(4), -ref.Astop(), 0.05);
+    EXPECT_LT(gain(5), -ref.Astop());
+    for (size_t i = 0; i < probes.size(); ++i) EXPECT_NEAR(gain(i), peg(probes[i]), 1e-3) << probes[i];
+}
+
+} // namespace
+} // namespace zelk
