@@ -310,6 +310,45 @@ TEST(EllipticProto, TerminationRatiosAndTheirThresholds) {
     }
 }
 
+TEST(EllipticProto, SinglyLoadedAndEvenLaddersKeepTheRipple) {
+    // A ratio of 100 makes a singly loaded design: the loss at DC is the mismatch of the
+    // two terminations, 20 log10((1 + 100) / (2 sqrt(100))) = 14.066 dB, and the pass band
+    // ripples Apass above it (an odd "Maxcurrent" design is also bisected, with a ratio of
+    // 0.01, and loses its ripple: not taken here). Even orders of type "b" lose Apass at DC and match at the
+    // ripple minima; type "c" matches at DC. Every case reaches Astop at the (moved)
+    // stop-band edge. Ladder analysed by the chain matrices of elliptic_reference.h.
+    struct Case {
+        int n;
+        const char* cf;
+        double Zout;
+        const char* button;
+        double dc;
+    };
+    const double mismatch = 20 * std::log10(101.0 / 20);
+    const Case cases[] = {{5, "Pi", 5000, "", mismatch},          {5, "T", 5000, "", mismatch},
+                          {6, "Pi", 0.5, "\"Use Zin\"", mismatch}, {6, "Pi", 5000, "\"Use Both\"", mismatch},
+                          {4, "Pi", 50, "\"Use Zin\"", 0.1},     {6, "T", 50, "\"Use Zin\"", 0.1},
+                          {8, "Pi", 50, "\"Use Zin\"", 0.1},     {6, "Pi", 50, "\"Use Both\"", 0},
+                          {6, "T", 50, "\"Use Both\"", 0}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(std::to_string(c.n) + " " + c.cf + " " + std::to_string(c.Zout) + " " + c.button);
+        test::Session s;
+        Spec spec;
+        spec.order = c.n;
+        spec.configuration = c.cf;
+        spec.Zout = c.Zout;
+        spec.terminate = c.button;
+        ASSERT_TRUE(design(s, spec));
+        const double r0 = slot(0).r0;
+        EXPECT_NEAR(ladderloss(0, 1e-6, r0), c.dc, 1e-3);
+        const Range pass = scan(1e-3, 1.0, r0, 20000);
+        EXPECT_NEAR(pass.max - pass.min, 0.1, 0.006);
+        const double ws = c.n % 2 ? 1.5 : slot(0).w2 / slot(0).w1;
+        const Range stop = scan(ws, ws * 200, r0, 20000);
+        EXPECT_NEAR(stop.min - pass.min, slot(0).Astop.value(), 0.1);
+    }
+}
+
 TEST(EllipticProto, EvenOrderTerminationChoices) {
     const double rho = std::sqrt(1 - std::pow(10, -0.01)); // 0.1 dB
     struct Case {
