@@ -441,7 +441,9 @@ GetdataDialog::GetdataDialog(Window& w, QWidget* parent) : WindowDialog(w, paren
             for (int row = 0; row < 5; ++row)
                 for (int col = 0; col < 6; ++col)
                     if (keypadgrid[row][col] == c.index) {
-                        r = QRect(keyx + col * keyw, keyy + row * keyh, keyw - 2, keyh - 2);
+                        // Cancel takes the place of the missing key beside it.
+                        int span = c.index == 18 ? 2 : 1;
+                        r = QRect(keyx + col * keyw, keyy + row * keyh, keyw * span - 2, keyh - 2);
                         return true;
                     }
             return false;
