@@ -12,6 +12,14 @@
 #include "core/designstore.h"
 #include "core/hostmath.h"
 
+// No fused multiply-add in this file: the AVX-512 entry would otherwise contract a*b + c
+// into one rounding where the one-point walk rounds twice.
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC optimize("fp-contract=off")
+#elif defined(__clang__)
+#pragma clang fp contract(off)
+#endif
+
 namespace zelk {
 
 void sweepfrequencies(double F1, double F2, double* wA, int n) {
@@ -35,18 +43,21 @@ namespace {
 // every lane does exactly the operations of the one-point walk and of the dipole
 // evaluation, in the same order, so that its numbers are those of the one-point walk.
 
-// Four lanes: two SSE2 registers each, or one AVX register where the compiler is allowed
-// to use it. The vectors never cross a boundary to code compiled otherwise.
+// Eight lanes: four SSE2 registers per operation, or two AVX registers where the
+// processor has them. Each ladder step is a chain of dependent divisions and square
+// roots, so several registers side by side keep the divider busy. The lane vectors never
+// cross a call boundary: the kernel is inlined whole into one entry per instruction set.
 #if defined(__GNUC__) && !defined(__clang__)
 #pragma GCC diagnostic ignored "-Wpsabi"
 #endif
-constexpr int W = 4;
+constexpr int W = 8;
+#define ZELK_INLINE inline __attribute__((always_inline))
 typedef double V __attribute__((vector_size(W * sizeof(double))));
 typedef long long M __attribute__((vector_size(W * sizeof(double))));
 
-inline V splat(double x) { return V{} + x; }
+ZELK_INLINE V splat(double x) { return V{} + x; }
 
-inline V vsqrt(V x) {
+ZELK_INLINE V vsqrt(V x) {
 #if defined(__SSE2__)
     V r;
     double* pr = reinterpret_cast<double*>(&r);
@@ -61,7 +72,7 @@ inline V vsqrt(V x) {
 }
 
 // |x| <= DBL_MAX: false for infinities and NaN.
-inline M finite(V x) {
+ZELK_INLINE M finite(V x) {
     V a = x < 0 ? -x : x;
     return a <= DBL_MAX;
 }
@@ -153,7 +164,7 @@ struct Imm {
 };
 
 template <bool needy>
-inline void evaluate(const Step& st, V w, V iw, Imm& r, M& ok) {
+ZELK_INLINE void evaluate(const Step& st, V w, V iw, Imm& r, M& ok) {
     const V tiny = splat(1e-06);
     switch (st.kind) {
     case Arm::Resistor:
@@ -219,7 +230,7 @@ inline void evaluate(const Step& st, V w, V iw, Imm& r, M& ok) {
 }
 
 // The principal arctangent of y/x, or pi/2 with the sign of y when x is exactly 0.
-inline double armangle(double y, double x) {
+ZELK_INLINE double armangle(double y, double x) {
     if (x == 0) return (PI / 2) * Sgn(y);
     return std::atan(y / x);
 }
@@ -231,7 +242,9 @@ struct LaneResult {
 
 // One forward walk of W points.
 template <bool phase>
-void forwardblock(const Ladder& lad, V w, LaneResult& res) {
+ZELK_INLINE void forwardblock(const Ladder& lad, const double* wlanes, LaneResult& res) {
+    V w;
+    std::memcpy(&w, wlanes, sizeof w);
     M ok = finite(w) & (w > 0);
     V iw = 1.0 / w;
     V Rt{}, Xt{}, Gt{}, Bt{}, Zmag{}, Zmag1{}, Zdmag{}, Vphase{};
@@ -281,6 +294,42 @@ void forwardblock(const Ladder& lad, V w, LaneResult& res) {
     res.ok = ok;
 }
 
+// The entries, one per instruction set; the same operations in the same order, so the
+// same numbers.
+void forwardblock_base(const Ladder& lad, const double* w, LaneResult& res, bool phase) {
+    if (phase) forwardblock<true>(lad, w, res);
+    else forwardblock<false>(lad, w, res);
+}
+
+#if defined(__x86_64__) && defined(__GNUC__)
+__attribute__((target("avx"))) void forwardblock_avx(const Ladder& lad, const double* w,
+                                                       LaneResult& res, bool phase) {
+    if (phase) forwardblock<true>(lad, w, res);
+    else forwardblock<false>(lad, w, res);
+}
+__attribute__((target("avx512f"))) void forwardblock_avx512(const Ladder& lad, const double* w,
+                                                             LaneResult& res, bool phase) {
+    if (phase) forwardblock<true>(lad, w, res);
+    else forwardblock<false>(lad, w, res);
+}
+bool hasavx() {
+    static const bool yes = __builtin_cpu_supports("avx");
+    return yes;
+}
+bool hasavx512() {
+    static const bool yes = __builtin_cpu_supports("avx512f");
+    return yes;
+}
+#endif
+
+void runblock(const Ladder& lad, const double* w, LaneResult& res, bool phase) {
+#if defined(__x86_64__) && defined(__GNUC__)
+    if (hasavx512()) return forwardblock_avx512(lad, w, res, phase);
+    if (hasavx()) return forwardblock_avx(lad, w, res, phase);
+#endif
+    forwardblock_base(lad, w, res, phase);
+}
+
 bool forwardquantity(Quantity q) {
     switch (q) {
     case Quantity::PEG:
@@ -312,11 +361,10 @@ bool sweepvalues(Quantity q, int s, const double* wA, double* out, int n) {
     GroupDelayState gd;
     LaneResult res;
     for (int i0 = 0; i0 < n; i0 += W) {
-        V w;
+        double w[W];
         int lanes = n - i0 < W ? n - i0 : W;
         for (int k = 0; k < W; ++k) w[k] = wA[i0 + (k < lanes ? k : lanes - 1)];
-        if (phase) forwardblock<true>(ladder, w, res);
-        else forwardblock<false>(ladder, w, res);
+        runblock(ladder, w, res, phase);
         for (int k = 0; k < lanes; ++k) {
             int i = i0 + k;
             store.wA = wA[i];

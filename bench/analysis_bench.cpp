@@ -1,0 +1,104 @@
+// Timings of one 513-point sweep of a 32-dipole ladder (power effective gain through the
+// block walk and through the one-point walk, group delay), one time-domain pass, and a
+// full redraw of the gain plot onto a recording surface.
+#include <benchmark/benchmark.h>
+
+#include <cmath>
+#include <sstream>
+
+#include "analysis/plots.h"
+#include "analysis/sweep.h"
+#include "analysis/timedomain.h"
+#include "batch/runner.h"
+#include "core/designstore.h"
+#include "core/surface.h"
+
+namespace {
+
+using namespace zelk;
+
+// A fresh program on the scripted desktop, holding a 32-dipole ladder in slot 0: the
+// source resistor, a 30th-order Butterworth low-pass at 1 MHz (shunt C first), the load.
+// The same ladder is written by ngspice_compare.sh for the simulator.
+struct Program {
+    std::ostringstream out, err;
+    BatchRunner runner{out, err};
+    Program() {
+        store.lastslot = 0;
+        store.curslot = 0;
+        DesignSlot& s = slot(0);
+        s.code = "BLP";
+        s.w0 = s.w1 = 6283185.308;
+        s.w2 = 2 * 6283185.308;
+        s.dipolecount = 32;
+        const double r = 50, wc = 2 * 3.14159265358979 * 1e6;
+        dipole(0, 1).type = 1, dipole(0, 1).R = r;
+        for (int k = 1; k <= 30; ++k) {
+            double g = 2 * std::sin((2 * k - 1) * 3.14159265358979 / 60);
+            Dipole& d = dipole(0, k + 1);
+            if (k % 2) d.type = 33, d.C = g / (r * wc);
+            else d.type = 2, d.L = g * r / wc;
+        }
+        dipole(0, 32).type = 31, dipole(0, 32).R = r;
+    }
+};
+
+Program& program() {
+    static Program p;
+    return p;
+}
+
+void sweep(benchmark::State& state, Quantity q, bool onepoint) {
+    program();
+    double wA[SWEEPPOINTS], v[SWEEPPOINTS];
+    for (auto _ : state) {
+        sweepfrequencies(1e5, 1e7, wA);
+        bool ok = onepoint ? sweepvalues_onepoint(q, 0, wA, v) : sweepvalues(q, 0, wA, v);
+        benchmark::DoNotOptimize(ok);
+        benchmark::DoNotOptimize(v[SWEEPPOINTS - 1]);
+    }
+}
+
+void BM_PEGSweep(benchmark::State& s) { sweep(s, Quantity::PEG, false); }
+void BM_PEGSweepOnePoint(benchmark::State& s) { sweep(s, Quantity::PEG, true); }
+void BM_GroupDelaySweep(benchmark::State& s) { sweep(s, Quantity::GroupDelay, false); }
+void BM_GroupDelaySweepOnePoint(benchmark::State& s) { sweep(s, Quantity::GroupDelay, true); }
+
+void BM_StepResponsePass(benchmark::State& state) {
+    program();
+    Harmonics h;
+    double v[SWEEPPOINTS];
+    for (auto _ : state) {
+        harmonicpass(TimeKind::Step, 0, 10e-6, 0, 0, h);
+        timevalues(TimeKind::Step, h, 10e-6, v);
+        benchmark::DoNotOptimize(v[SWEEPPOINTS - 1]);
+    }
+}
+
+void BM_PEGPlotRedraw(benchmark::State& state) {
+    program();
+    PlotForm& p = plotPEG;
+    RecordingSurface surface(&p.clientwidth, &p.clientheight, 15);
+    p.clientwidth = 10240;
+    p.clientheight = 5760;
+    p.layout();
+    p.surface = &surface;
+    p.loaded = p.visible = true;
+    p.freq1 = 1e5, p.freq2 = 1e7, p.db1 = -120, p.db2 = 0;
+    for (auto _ : state) {
+        p.db1 = -120, p.db2 = 0;
+        benchmark::DoNotOptimize(p.redraw());
+    }
+    p.surface = nullptr;
+}
+
+BENCHMARK(BM_PEGSweep)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_PEGSweepOnePoint)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_GroupDelaySweep)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_GroupDelaySweepOnePoint)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_StepResponsePass)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_PEGPlotRedraw)->Unit(benchmark::kMicrosecond);
+
+} // namespace
+
+BENCHMARK_MAIN();
