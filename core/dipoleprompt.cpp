@@ -15,12 +15,12 @@ namespace {
 
 enum class Field { R, L, Qu, C, Ca, K, La, Qa, Ka };
 
-struct RowSpec {
+struct RowText {
     const char* label;
     const char* tooltip;
 };
 
-RowSpec rowspec(Field f) {
+RowText rowtext(Field f) {
     switch (f) {
     case Field::R: return {"R =", "Resistance"};
     case Field::L: return {"L =", "Inductance"};
@@ -157,7 +157,7 @@ void dipoleprompt(int d, int type) {
         paneldipole(type);
         int i = 0;
         for (Field f : plan.rows) {
-            RowSpec r = rowspec(f);
+            RowText r = rowtext(f);
             panelrow(i++, r.label, presettext(fieldof(dp, f), f), r.tooltip);
         }
         if (!panelshow()) return;

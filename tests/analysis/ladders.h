@@ -34,7 +34,7 @@ inline std::vector<double> chebyshevg(int n, double ripple) {
 
 enum class Kind { LP, HP, BP, BR };
 
-struct LadderSpec {
+struct Ladder {
     Kind kind;
     std::vector<double> g;
     bool pi;       // shunt element first
@@ -44,7 +44,7 @@ struct LadderSpec {
 };
 
 // Writes the ladder into slot s (dipole 1 the source, the last the load).
-inline void buildladder(int s, const LadderSpec& sp) {
+inline void buildladder(int s, const Ladder& sp) {
     DesignSlot& sl = slot(s);
     for (auto& d : sl.dipoles) d = Dipole{};
     const double R0 = sp.R0;

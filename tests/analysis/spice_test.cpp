@@ -90,7 +90,7 @@ TEST(SpiceCrossCheck, TextbookLaddersAgreeWithNgspice) {
     test::Session s;
     struct Case {
         const char* name;
-        test::LadderSpec spec;
+        test::Ladder ladder;
         double F1, F2;
     };
     const std::vector<Case> cases = {
@@ -110,7 +110,7 @@ TEST(SpiceCrossCheck, TextbookLaddersAgreeWithNgspice) {
         {"bw-lp7-t-q100", {Kind::LP, test::butterworthg(7), false, 50, 3e3, 0, 100}, 300, 3e4},
     };
     for (const Case& c : cases) {
-        test::buildladder(0, c.spec);
+        test::buildladder(0, c.ladder);
         Compared r = crosscheck(c.name, c.F1, c.F2);
         EXPECT_GT(r.points, 200) << c.name;
         RecordProperty(c.name, std::to_string(r.worstdb) + " dB, " + std::to_string(r.worstdeg) + " deg");
