@@ -377,3 +377,40 @@ TEST(DesignFileCommands, ExamplesReachANewUsersFolder) {
     userdesigns();
     EXPECT_FALSE(fs::exists(mine / "example.sch"));
 }
+
+TEST(DesignFileCommands, TwoOpenFiltersAreBothPlotted) {
+    fs::path dir = scratch("twoplots");
+    test::Session s;
+    ASSERT_EQ(s.run(">? designtitle: Command1\n> selfunction: selection(0) \"Accept design\"\n"
+                    "> Getdata: 10M 15M 3 \"\" 5 50 50\n> Getdata: Lossless\nbutterworth\n"
+                    "> filedialog: " + q(dir / "low.sch") + "\nsavefilter\nnewfilter\n"
+                    ">? designtitle: Command1\n> selfunction: selection(1) \"Accept design\"\n"
+                    "> Getdata: accept\n> Getdata: Lossless\nchebyshev\n"
+                    "> filedialog: " + q(dir / "high.sch") + "\nsavefilter\nnewfilter\n"),
+              0);
+    ASSERT_EQ(s.run("> filedialog: " + q(dir / "low.sch") + "\nopenfilter\n> filedialog: " + q(dir / "high.sch") +
+                    "\nopenfilter\n"),
+              0);
+    ASSERT_EQ(store.lastslot, 1);
+    // The two-filter block: no third filter, no design edits, the plots on.
+    EXPECT_FALSE(menuenabled("openfilter"));
+    EXPECT_FALSE(menuenabled("append"));
+    EXPECT_FALSE(menuenabled("enter"));
+    EXPECT_TRUE(menuenabled("PEG"));
+    s.take();
+    ASSERT_EQ(s.run("> Getdata: accept\nPEG\ndump curve plotPEG\n"), 0);
+    std::istringstream curve(s.take());
+    int slot0 = 0, slot1 = 0;
+    double low0 = 0, low1 = 0;
+    int sl, i;
+    double x, v;
+    while (curve >> sl >> i >> x >> v) {
+        (sl == 0 ? slot0 : slot1)++;
+        if (i == 0) (sl == 0 ? low0 : low1) = v;
+    }
+    EXPECT_GT(slot0, 500);
+    EXPECT_EQ(slot1, slot0);
+    // At the lowest frequency the low-pass passes and the high-pass stops.
+    EXPECT_GT(low0, -1);
+    EXPECT_LT(low1, -20);
+}
