@@ -564,7 +564,7 @@ const std::vector<R> kEvenRatios{1.0001L, 1.1L, 1.2L, 1.3L, 1.4L, 1.5L, 1.75L, 2
 
 std::string num(R v) {
     std::ostringstream o;
-    o << std::setprecision(9) << static_cast<double>(v);
+    o << std::setprecision(12) << static_cast<double>(v);
     return o.str();
 }
 
