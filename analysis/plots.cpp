@@ -52,6 +52,7 @@ const bool resetter = registerresetter([] {
     plotshared = PlotShared{};
     for (PlotForm* p : allplots) {
         p->loaded = p->visible = false;
+        p->surface = nullptr; // the desktop that gave it is gone
         p->reset();
     }
 });

@@ -1,0 +1,307 @@
+// The fifteen plots through the batch runner: every curve point against the quantities
+// and harmonic sums computed here without the plot code; the cursor, the expansion, the
+// buttons, the prompts' checks, and the print and clipboard items.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "analysis/plots.h"
+#include "analysis/walkers.h"
+#include "core/commands.h"
+#include "core/designstore.h"
+#include "core/surface.h"
+#include "entry/notation.h"
+#include "entry/panel.h"
+#include "schematic/report.h"
+#include "testsupport.h"
+
+namespace zelk {
+namespace {
+
+const char* const designs[] = {
+    // Butterworth low-pass, 1 MHz, 3 dB, 7th order.
+    "> selfunction: selection(0) selection(4)\n> Getdata: 1M 2M 3 40 \"\" 50 50\n"
+    ">? Getdata: Lossless\n>? designtitle: Command1\nbutterworth\n",
+    // Chebyshev band-pass, 10 MHz centre, 2 MHz wide, 0.5 dB, 5 resonators.
+    "> selfunction: selection(2) selection(4)\n> Getdata: 10M 2M 2 0.5 \"\" 5 50 50\n"
+    ">? Getdata: Lossless\n>? designtitle: Command1\nchebyshev\n",
+    // Butterworth band-reject, 9 to 11 MHz, 3rd order.
+    "> selfunction: selection(3) selection(4)\n> Getdata: 8M 9M 11M 12M 3 \"\" 3 50 50\n"
+    ">? Getdata: Lossless\n>? designtitle: Command1\nbutterworth\n",
+};
+
+struct Point {
+    int slot, index;
+    double x, value;
+};
+
+std::vector<Point> curve(test::Session& s, const std::string& form) {
+    s.take();
+    EXPECT_EQ(s.run("dump curve " + form + "\n"), 0);
+    std::istringstream in(s.take());
+    std::vector<Point> pts;
+    Point p;
+    while (in >> p.slot >> p.index >> p.x >> p.value) pts.push_back(p);
+    return pts;
+}
+
+double rel(double a, double b) { return std::abs(a - b) / std::max({std::abs(a), std::abs(b), 1e-300}); }
+
+struct FrequencyPlot {
+    const char* command;
+    const char* form;
+    Quantity q;
+    const char* levels; // the prompt's last rows
+};
+
+const FrequencyPlot frequencyplots[] = {
+    {"PEG", "plotPEG", Quantity::PEG, "0 -80"},
+    {"PIG", "plotPIG", Quantity::PIG, "0 -80"},
+    {"VEG", "plotVEG", Quantity::VEG, "0 -80"},
+    {"VIG", "plotVIG", Quantity::VIG, "0 -80"},
+    {"CEG", "plotCEG", Quantity::CEG, "0 -80"},
+    {"CIG", "plotCIG", Quantity::CIG, "0 -80"},
+    {"inputz", "plotZin", Quantity::InputImpedance, "1 1000"},
+    {"outputz", "plotZout", Quantity::OutputImpedance, "1 1000"},
+    {"RL", "PLOTRL", Quantity::ReturnLoss, "0 -240"},
+    {"PHA", "PLOTPHASE", Quantity::Phase, "-360 360"},
+    {"GD", "PLOTGD", Quantity::GroupDelay, "10u"},
+};
+
+TEST(Plots, FrequencyCurvesAreTheQuantitiesAtTheSweepFrequencies) {
+    for (const char* design : designs) {
+        test::Session s;
+        ASSERT_EQ(s.run(design), 0) << s.err.str();
+        const double w0 = slot(0).w0;
+        const std::string f1 = Str(w0 / TWOPI / 4), f2 = Str(w0 / TWOPI * 4);
+        for (const FrequencyPlot& fp : frequencyplots) {
+            std::string script = std::string("> Getdata: ") + f1 + " " + f2 + " " + fp.levels + "\n" + fp.command + "\n";
+            ASSERT_EQ(s.run(script), 0) << fp.command << s.err.str();
+            std::vector<Point> pts = curve(s, fp.form);
+            ASSERT_EQ(pts.size(), 513u) << fp.command;
+            GroupDelayState gd;
+            for (int i = 0; i < 513; ++i) {
+                // The sweep frequency by its definition, then the one-point quantity.
+                double wA = (6.283185308 * std::stod(f1)) * std::pow(std::stod(f2) / std::stod(f1), i / 512.0);
+                store.wA = wA;
+                double ref = response(fp.q, 0, gd);
+                ASSERT_LE(rel(pts[i].x, wA / 6.283185308), 1e-12) << fp.command << " " << i;
+                ASSERT_LE(rel(pts[i].value, ref), 1e-12) << fp.command << " " << i;
+            }
+            EXPECT_TRUE(menuenabled(findplot(fp.form)->printitem) || !findmenu(findplot(fp.form)->printitem));
+        }
+    }
+}
+
+// The harmonic sums written out here from the walk at the harmonic frequencies.
+std::vector<double> harmonicsums(TimeKind kind, double T, double D, double wT) {
+    const double w1 = 6.283185308 / T;
+    double hw[101] = {}, hamp[101] = {}, hph[101] = {};
+    for (int k = 0; k <= 100; ++k) {
+        if ((kind == TimeKind::Impulse || kind == TimeKind::Step) && k == 0) continue;
+        double w = kind == TimeKind::TonePulse ? wT + k * w1 : k == 0 ? 6.283185308 : k * w1;
+        store.wA = w;
+        forwardwalk(0);
+        double V = walk.Vratio;
+        hw[k] = kind == TimeKind::TonePulse ? k * w1 : w;
+        if (kind == TimeKind::Impulse || kind == TimeKind::Step) {
+            hamp[k] = V;
+            hph[k] = walk.Vphase;
+        } else {
+            double a = k * 3.141592654 * D;
+            hamp[k] = k == 0 ? V * D : 2 * V * D * std::sin(a) / a;
+            hph[k] = walk.Vphase - k * (w1 * D * T) / 2;
+        }
+    }
+    std::vector<double> out;
+    double run = 0;
+    for (int i = 0; i <= 512; ++i) {
+        double t = T * i / 512, sum = 0;
+        for (int k = 1; k <= 100; ++k) sum += hamp[k] * std::cos(hw[k] * t + hph[k]);
+        switch (kind) {
+        case TimeKind::Impulse: out.push_back(sum); break;
+        case TimeKind::Step: run += sum / 512 * 4; out.push_back(run); break;
+        case TimeKind::Pulse: out.push_back(2 * (hamp[0] + sum) - hamp[0]); break;
+        case TimeKind::TonePulse: out.push_back(-sum); break;
+        }
+    }
+    return out;
+}
+
+TEST(Plots, TimeCurvesAreTheHarmonicSums) {
+    for (const char* design : designs) {
+        test::Session s;
+        ASSERT_EQ(s.run(design), 0) << s.err.str();
+        const double w0 = slot(0).w0;
+        const double T = 40 / (w0 / 6.283185308);
+        const std::string t = Str(T), fm = "1M", tone = Str(w0 / 6.283185308);
+        struct {
+            const char* command;
+            const char* form;
+            TimeKind kind;
+            std::string answers;
+        } plots[] = {
+            {"IR", "PLOTIR", TimeKind::Impulse, fm + " " + t + " 2 -2"},
+            {"USR", "PLOTSR", TimeKind::Step, fm + " " + t + " 2 -2"},
+            {"pr", "PLOTPR", TimeKind::Pulse, fm + " " + t + " 2 -2 30"},
+            {"TPR", "PLOTTP", TimeKind::TonePulse, fm + " " + tone + " " + t + " 2 -2 30"},
+        };
+        for (auto& p : plots) {
+            ASSERT_EQ(s.run("> Getdata: " + p.answers + "\n" + p.command + "\n"), 0) << p.command << s.err.str();
+            std::vector<Point> pts = curve(s, p.form);
+            ASSERT_EQ(pts.size(), 513u) << p.command;
+            double wT = std::stod(tone) * 2 * 3.141592654;
+            std::vector<double> ref = harmonicsums(p.kind, std::stod(t), 0.3, wT);
+            double scale = 0;
+            for (double r : ref) scale = std::max(scale, std::abs(r));
+            for (int i = 0; i < 513; ++i) {
+                EXPECT_NEAR(pts[i].x, std::stod(t) * i / 512, 1e-18) << p.command;
+                ASSERT_NEAR(pts[i].value, ref[i], 1e-9 * std::max(scale, 1.0)) << p.command << " " << i;
+            }
+        }
+    }
+}
+
+TEST(PlotFrame, DbDivisionTableTakesTheFinerRowAtItsEdge) {
+    struct {
+        double range, division, major;
+    } rows[] = {{30, 1, 10}, {31, 2, 20}, {60, 2, 20}, {90, 3, 30}, {91, 4, 20},
+                {120, 4, 20}, {180, 5, 30}, {210, 6, 60}, {211, 10, 60}, {240, 10, 60}};
+    for (auto& r : rows) {
+        double d, m;
+        dbdivision(r.range, d, m);
+        EXPECT_EQ(d, r.division) << r.range;
+        EXPECT_EQ(m, r.major) << r.range;
+    }
+}
+
+TEST(PlotFrame, CursorExpansionAndButtons) {
+    test::Session s;
+    ASSERT_EQ(s.run(designs[0]), 0) << s.err.str();
+    ASSERT_EQ(s.run("> Getdata: 100K 10M 0 -80\nPEG\n"), 0) << s.err.str();
+    PlotForm& p = plotPEG;
+    ASSERT_TRUE(p.loaded);
+    EXPECT_EQ(p.caption, "Power Effective Gain");
+    EXPECT_TRUE(menuenabled("pPEG") || !findmenu("pPEG"));
+    const double left = p.horzcent, width = p.framewidth, mid = p.frametop + p.vertsize / 2;
+    const auto before = p.values;
+
+    // A right click before any left click changes nothing.
+    std::string ev = "event plotPEG frame mousedown 2 " + Str(left + width * 0.7) + " " + Str(mid) + "\n";
+    ASSERT_EQ(s.run(ev), 0);
+    EXPECT_EQ(p.freq1, 100000);
+    EXPECT_EQ(p.freq2, 10000000);
+    EXPECT_EQ(p.db1, -81); // rounded out to whole 3 dB divisions
+    EXPECT_EQ(p.values, before);
+
+    // The red bar follows the pointer inside the frame and goes away outside.
+    ASSERT_EQ(s.run("event plotPEG frame mousemove 0 " + Str(left + width / 2) + " " + Str(mid) + "\n"), 0);
+    EXPECT_TRUE(p.overlay.on);
+    EXPECT_EQ(p.overlay.x1, left + width / 2);
+    EXPECT_EQ(p.overlay.colour, RED);
+
+    // Left click at the middle of the axis: 1 MHz, the cut-off where the design puts its
+    // 3 dB (Apass): -3.0000.. dB, cut to two decimals by Int (the floor): -3.01.
+    ASSERT_EQ(s.run("event plotPEG frame mousedown 1 " + Str(left + width / 2) + " " + Str(mid) + "\n"), 0);
+    EXPECT_EQ(p.caption.substr(0, 11), "-3.01 db @ ") << p.caption;
+    EXPECT_NE(p.caption.find("Hz"), std::string::npos);
+    EXPECT_NEAR(p.leftfreq, 1e6, 1);
+    ASSERT_EQ(s.run("event plotPEG frame mousemove 0 10 10\n"), 0);
+    EXPECT_FALSE(p.overlay.on);
+    EXPECT_EQ(p.caption, "Power Effective Gain");
+
+    // Right click at 7/10 of the axis: the sweep runs from the left frequency to there,
+    // and the lower level takes the lower of the two values.
+    ASSERT_EQ(s.run(ev), 0);
+    double fright = 1e5 * std::pow(100.0, 0.7);
+    EXPECT_NEAR(p.freq1, 1e6, 1);
+    EXPECT_NEAR(p.freq2, fright, fright * 1e-9);
+    std::vector<Point> pts = curve(s, "plotPEG");
+    EXPECT_NEAR(pts.front().x, 1e6, 1);
+    EXPECT_NEAR(pts.back().x, fright, fright * 1e-9);
+    EXPECT_LT(p.db1, -3.02);
+    // Butterworth with 3 dB at the cut-off: eps^2 = 10^0.3 - 1.
+    double ref = -10 * std::log10(1 + (std::pow(10.0, 0.3) - 1) * std::pow(fright / 1e6, 14));
+    EXPECT_NEAR(pts.back().value, ref, 1e-2);
+
+    // Command1 remembers the limits for the next prompt; Command2 restores the default
+    // span of a low-pass, (w0/pi)/20 to (w2/pi)*5.
+    ASSERT_EQ(s.run("event plotPEG Command1 click\n"), 0);
+    EXPECT_EQ(plotshared.plotfreq1, p.freq1);
+    EXPECT_EQ(plotshared.plotdb2, p.db1);
+    ASSERT_EQ(s.run("event plotPEG Command2 click\n"), 0);
+    EXPECT_NEAR(p.freq1, (slot(0).w0 / 3.141592654) / 20, 1e-6);
+    EXPECT_NEAR(p.freq2, (slot(0).w2 / 3.141592654) * 5, 1e-6);
+    // Command3 adds the return loss curve in red, keeping the gain curve in the arrays.
+    ASSERT_EQ(s.run("event plotPEG Command3 click\n"), 0);
+    auto* rec = dynamic_cast<RecordingSurface*>(p.surface);
+    ASSERT_NE(rec, nullptr);
+    int red = 0;
+    for (auto& op : rec->ops) red += op.kind == RecordingSurface::Op::Line && op.colour == RED;
+    EXPECT_GT(red, 100);
+
+    // The frame: "db" labels, the footer, the title, the decades.
+    std::vector<std::string> texts = rec->texts();
+    auto has = [&](const std::string& t) {
+        for (auto& x : texts)
+            if (x.find(t) != std::string::npos) return true;
+        return false;
+    };
+    EXPECT_TRUE(has("0db"));
+    EXPECT_TRUE(has("db/div"));
+    EXPECT_TRUE(has("Power Effective Gain"));
+    EXPECT_TRUE(has("Butterworth"));
+
+    // The next prompt offers the remembered limits.
+    ASSERT_EQ(s.run("> Getdata: close\nPEG\n"), 0);
+    EXPECT_EQ(parsevalue(getdata.getvalue(0).text), parsevalue(engformatvalue(plotshared.plotfreq1)));
+
+    // Print hides the buttons only while printing; closing the plot turns its items off.
+    ASSERT_EQ(s.run("pPEG\n"), 0);
+    EXPECT_TRUE(p.ctl("Command1").visible);
+    EXPECT_TRUE(p.ctl("Command3").visible);
+    p.closebox();
+    EXPECT_FALSE(p.loaded);
+    EXPECT_FALSE(menuenabled("pPEG"));
+    EXPECT_FALSE(menuenabled("cPEG"));
+}
+
+TEST(Plots, PromptChecksAndDefaults) {
+    test::Session s;
+    ASSERT_EQ(s.run(designs[0]), 0) << s.err.str();
+    // Astop of the design (42.1...) gives the lower level; a zero frequency asks again;
+    // two positive levels bring the question, and Yes negates the larger.
+    s.run("> Getdata: 0 10M 0 -60\n> Getdata: 100K 10M 10 20\n> msgbox: Yes\nPEG\n");
+    auto& msgs = s.runner.desk.messages;
+    ASSERT_GE(msgs.size(), 2u);
+    EXPECT_EQ(msgs[msgs.size() - 2].text, "A frequency of ZERO Hz is not allowed");
+    EXPECT_EQ(msgs.back().title, "WARNING");
+    EXPECT_EQ(msgs.back().text.substr(0, 51), "Passive filters have little voltage or current gain");
+    EXPECT_EQ(plotPEG.db1, -20);
+    EXPECT_GE(plotPEG.db2, 10);
+    // The return loss plot takes two positive levels without the question and offers -240.
+    size_t n = msgs.size();
+    ASSERT_EQ(s.run("> Getdata: getvalue(2)=10 getvalue(3)=20 accept\nRL\n"), 0) << s.err.str();
+    EXPECT_EQ(msgs.size(), n);
+    ASSERT_EQ(s.run("> Getdata: close\nRL\n"), 0);
+    EXPECT_EQ(getdata.getvalue(3).text, "-240");
+    EXPECT_EQ(store.help1, "Return Loss");
+    // Astop of 0: the lower level is -60.
+    slot(0).Astop = 0;
+    ASSERT_EQ(s.run("> Getdata: close\nVEG\n"), 0);
+    EXPECT_EQ(getdata.getvalue(3).text, "-60");
+    // A design with a part that is not positive is refused.
+    report.valuewarning = true;
+    n = msgs.size();
+    ASSERT_EQ(s.run("PIG\n"), 0);
+    ASSERT_EQ(msgs.size(), n + 1);
+    EXPECT_EQ(msgs.back().text, "Negative or zero component values in schematic. Cannot plot!!!");
+    EXPECT_EQ(msgs.back().title, "Design Specification Error");
+    EXPECT_FALSE(plotPIG.loaded);
+}
+
+} // namespace
+} // namespace zelk
