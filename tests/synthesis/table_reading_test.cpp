@@ -1,0 +1,169 @@
+// gettabledata's record selection, the order limit of the table commands, and the
+// termination moves and layouts of tablerealize.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "core/designflow.h"
+#include "core/designstore.h"
+#include "synthesis/tables.h"
+#include "tests/testsupport.h"
+
+namespace zelk {
+namespace {
+
+// Opens a table written for the test as file 1.
+void opentext(const std::string& text) {
+    const auto path = std::filesystem::temp_directory_path() / "zelk-table-test.tbl";
+    std::ofstream(path) << text;
+    closetablefile();
+    tables.file1.open(path);
+    ASSERT_TRUE(tables.file1.is_open());
+}
+
+void terms(int order, double zin, double zout) {
+    store.curslot = 0;
+    slot(0).order = order;
+    slot(0).Zin = zin;
+    slot(0).Zout = zout;
+}
+
+TEST(TableReading, RecordSelection) {
+    test::Session session;
+    const std::string odd = "3,0,9,9,9\n3,1,1,2,3\n3,.5,4,5,6\n3,.2,7,8,9\n";
+    // Equal terminations, odd order: the stored 0 reads 100 and is passed over.
+    terms(3, 50, 50);
+    opentext(odd);
+    gettabledata();
+    EXPECT_EQ(tables.tabratio, 1);
+    EXPECT_EQ(store.g[1], 1);
+    EXPECT_TRUE(store.oddorder);
+    EXPECT_FALSE(tables.file1.is_open());
+    // The first record whose ratio is not above t wins, whichever end is larger.
+    terms(3, 50, 30);
+    opentext(odd);
+    gettabledata();
+    EXPECT_EQ(tables.tabratio, .5);
+    terms(3, 30, 100);
+    opentext(odd);
+    gettabledata();
+    EXPECT_EQ(tables.tabratio, .2);
+    EXPECT_EQ(store.g[3], 9);
+    // Even order: the first ratio above t; 0 reads 100 and takes every t below it.
+    const std::string even = "2,1.5,1,2\n2,3,3,4\n2,0,5,6\n";
+    terms(2, 50, 50);
+    opentext(even);
+    gettabledata();
+    EXPECT_EQ(tables.tabratio, 1.5);
+    EXPECT_FALSE(store.oddorder);
+    terms(2, 100, 50);
+    opentext(even);
+    gettabledata();
+    EXPECT_EQ(tables.tabratio, 3);
+    terms(2, 50, 200);
+    opentext(even);
+    gettabledata();
+    EXPECT_EQ(tables.tabratio, 100);
+    EXPECT_EQ(store.g[2], 6);
+    // An order the file lacks: the last record read stands, fit or not.
+    terms(4, 50, 50);
+    opentext("2,1.5,1,2\n3,1,7,8,9\n");
+    gettabledata();
+    EXPECT_EQ(tables.tabratio, 1);
+    EXPECT_EQ(store.g[1], 7);
+    EXPECT_FALSE(tables.file1.is_open());
+    // getCRtabledata takes the first record of the order, whatever its ratio.
+    terms(3, 50, 50);
+    opentext(odd);
+    getCRtabledata();
+    EXPECT_EQ(store.g[1], 9);
+    EXPECT_FALSE(tables.file1.is_open());
+}
+
+TEST(TableReading, TruncatedRecordIsAHostFault) {
+    test::Session session;
+    terms(3, 50, 50);
+    opentext("3,1,1,2");
+    try {
+        gettabledata();
+        FAIL() << "no fault";
+    } catch (const RuntimeFault& f) {
+        EXPECT_EQ(f.number, 62);
+    }
+}
+
+// The shipped tables through the command: order 10 is accepted, 11 refused with the
+// file closed and the slot given up.
+TEST(TableReading, OrderLimitOfTheCommands) {
+    test::Session s;
+    EXPECT_EQ(s.run("> selfunction: \"Accept design\"\n> Getdata: 1000 10 50 50\n> Getdata: Lossless\n"
+                    ">? designtitle: Text1=\"B\" Command1\nBessel\n"),
+              0);
+    EXPECT_EQ(slot(0).code, "TLP");
+    EXPECT_EQ(slot(0).count(), 12);
+    EXPECT_EQ(slot(0).dip(11).type, 2);
+    EXPECT_FALSE(tables.file1.is_open());
+    EXPECT_EQ(s.run("newfilter\n> selfunction: \"Accept design\"\n> Getdata: 1000 11 50 50\n"
+                    "> Getdata: Lossless\nBessel\ndump messages\n"),
+              0);
+    EXPECT_NE(s.take().find("text=\"Maximum order is 10.\""), std::string::npos);
+    EXPECT_FALSE(tables.file1.is_open());
+    EXPECT_EQ(store.lastslot, -1);
+}
+
+struct LayoutCase {
+    const char* configuration;
+    int n;
+    double zin, zout;
+    const char* termchoice;
+    double wantzin, wantzout, wantr0;
+    std::vector<int> types;
+    double firstpart; // value at the first ladder element (g read forwards or backwards)
+};
+
+// g[k] = k + 0.5 so that the reading direction shows; ratio 2 for even, 0.5 for odd.
+TEST(TableReading, RealizeEveryRowOfTheTerminationTable) {
+    test::Session session;
+    const std::vector<LayoutCase> cases = {
+        {"Pi", 3, 50, 100, "Zin", 50, 100, 100, {1, 33, 2, 33, 6, 31}, 1.5},
+        {"Pi", 3, 100, 50, "Zin", 100, 50, 100, {1, 33, 2, 33, 6, 31}, 3.5},
+        {"Pi", 2, 50, 60, "Zin", 50, 100, 100, {1, 33, 2, 31}, 1.5},
+        {"Pi", 2, 60, 50, "Zin", 60, 30, 60, {1, 38, 2, 33, 6, 31}, 2.5},
+        {"T", 3, 100, 50, "Zin", 100, 50, 100, {1, 38, 2, 33, 2, 31}, 1.5},
+        {"T", 3, 50, 100, "Zin", 50, 100, 100, {1, 38, 2, 33, 2, 31}, 3.5},
+        {"T", 2, 50, 60, "Zin", 50, 100, 50, {1, 38, 2, 33, 6, 31}, 1.5},
+        {"T", 2, 60, 50, "Zin", 60, 120, 120, {1, 33, 2, 31}, 2.5},
+        // "Zout" keeps Zout and moves Zin.
+        {"Pi", 3, 50, 100, "Zout", 50, 100, 100, {1, 33, 2, 33, 6, 31}, 1.5},
+        {"T", 2, 50, 60, "Zout", 30, 60, 30, {1, 38, 2, 33, 6, 31}, 1.5},
+        // Any other choice moves nothing.
+        {"Pi", 3, 50, 60, "BOTH", 50, 60, 60, {1, 33, 2, 33, 6, 31}, 1.5},
+    };
+    for (const LayoutCase& c : cases) {
+        SCOPED_TRACE(std::string(c.configuration) + " n=" + std::to_string(c.n) + " " + std::to_string(c.zin) +
+                     "/" + std::to_string(c.zout) + " " + c.termchoice);
+        terms(c.n, c.zin, c.zout);
+        flow.configuration = c.configuration;
+        flow.termchoice = c.termchoice;
+        tables.tabratio = c.n % 2 ? 0.5 : 2;
+        for (int k = 1; k <= 16; ++k) store.g[k] = k + 0.5;
+        tablerealize();
+        const DesignSlot& s = slot(0);
+        EXPECT_DOUBLE_EQ(s.Zin, c.wantzin);
+        EXPECT_DOUBLE_EQ(s.Zout, c.wantzout);
+        EXPECT_DOUBLE_EQ(s.r0, c.wantr0);
+        std::vector<int> types;
+        for (int d = 1; d <= s.count(); ++d) types.push_back(s.dip(d).type);
+        EXPECT_EQ(types, c.types);
+        EXPECT_DOUBLE_EQ(s.dip(1).R, c.wantzin);
+        EXPECT_DOUBLE_EQ(s.dip(s.count()).R, c.wantzout);
+        const Dipole& first = s.dip(s.dip(2).type == 38 ? 3 : 2);
+        EXPECT_DOUBLE_EQ(first.C + first.L, c.firstpart);
+    }
+}
+
+} // namespace
+} // namespace zelk
