@@ -501,16 +501,25 @@ bool PlotForm::redraw() {
     desktop().busy(true);
     bool ok = true;
     passslots = 0;
-    for (int s = 0; s <= store.lastslot && ok; ++s) {
-        ok = timeplot() ? timepass(s) : frequencypass(s, quantity, slotcolour(s));
-        if (ok) passslots = s + 1;
-    }
-    if (ok && returnloss && (quantity == Quantity::PEG || quantity == Quantity::PIG)) {
-        // The return-loss overlay keeps the curves of the gain in the arrays.
-        auto keepx = xs, keepv = values;
-        for (int s = 0; s <= store.lastslot && ok; ++s)
-            ok = frequencypass(s, Quantity::ReturnLossOverlay, s == 0 ? RED : RGB(255, 0, 255));
-        xs = keepx, values = keepv;
+    try {
+        for (int s = 0; s <= store.lastslot && ok; ++s) {
+            ok = timeplot() ? timepass(s) : frequencypass(s, quantity, slotcolour(s));
+            if (ok) passslots = s + 1;
+        }
+        if (ok && returnloss && (quantity == Quantity::PEG || quantity == Quantity::PIG)) {
+            // The return-loss overlay keeps the curves of the gain in the arrays.
+            auto keepx = xs, keepv = values;
+            for (int s = 0; s <= store.lastslot && ok; ++s)
+                ok = frequencypass(s, Quantity::ReturnLossOverlay, s == 0 ? RED : RGB(255, 0, 255));
+            xs = keepx, values = keepv;
+        }
+    } catch (const RuntimeFault&) {
+        // A run-time fault of the plot's own arithmetic ends the command with the host's
+        // box; the half-drawn plot goes with it.
+        desktop().busy(false);
+        passslots = 0;
+        unload();
+        throw;
     }
     desktop().busy(false);
     if (!ok) {
