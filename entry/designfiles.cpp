@@ -414,19 +414,19 @@ bool writedesignfile(const std::string& path, int s) {
     return true;
 }
 
-void readdesign(std::string_view text, int s) {
+void readdesign(std::string_view text, int s, const std::function<void()>& aftertitle) {
     FieldReader r(text);
     DesignSlot& d = slot(s);
-    r.header(d, store.wA);
+    r.header(d, store.wA, aftertitle);
     double count = d.dipolecount.value();
     // A dipole number beyond the tables ends the reading.
     for (double k = 1; k <= count && k <= MAXDIPOLE; ++k) r.dipole(d.dip(static_cast<int>(k)));
 }
 
-bool readdesignfile(const std::string& path, int s) {
+bool readdesignfile(const std::string& path, int s, const std::function<void()>& aftertitle) {
     std::string text;
     if (!slurp(path, text)) return false;
-    readdesign(text, s);
+    readdesign(text, s, aftertitle);
     return true;
 }
 
@@ -458,7 +458,11 @@ void openfilter_Click() {
         store.curslot = store.lastslot;
     });
     quiet([] { setenabled("pSch", store.lastslot <= 0); });
-    quiet([&] { readdesignfile(r.filename, store.curslot); });
+    quiet([&] {
+        int s = store.curslot;
+        // The slot's schematic window is captioned with the title as soon as it is read.
+        readdesignfile(r.filename, s, [s] { quiet([s] { schematicwindow(s).caption = slot(s).title; }); });
+    });
     quiet([] {
         const std::string& code = slot(store.curslot).code;
         std::string ending = code.size() >= 2 ? code.substr(code.size() - 2) : code;

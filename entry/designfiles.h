@@ -27,11 +27,12 @@ bool writedesignfile(const std::string& path, int s);
 // the length of the second text (3 characters or fewer: no design title, and the item
 // is the code). wA is overwritten. Reading ends silently where the text ends: fields
 // that get no item keep their values. A dipole number above 32 stops the reading.
-void readdesign(std::string_view text, int s);
+// `aftertitle` runs right after the title is read.
+void readdesign(std::string_view text, int s, const std::function<void()>& aftertitle = {});
 
 // Reads the design file at `path` into slot s; a file that cannot be opened changes
 // nothing. False when it could not be opened.
-bool readdesignfile(const std::string& path, int s);
+bool readdesignfile(const std::string& path, int s, const std::function<void()>& aftertitle = {});
 
 // The joins of append and insert, on the text of the file to be joined. appenddesign puts
 // the file's dipoles 2 to m behind dipole n - 1 of slot 0 (its source and the design's

@@ -14,6 +14,7 @@
 #include "core/designflow.h"
 #include "core/designstore.h"
 #include "entry/designfiles.h"
+#include "schematic/schematicview.h"
 #include "shell/frame.h"
 #include "testsupport.h"
 
@@ -249,6 +250,19 @@ TEST(DesignFileCommands, OpenLeavesFieldsOnAMissingFileAndStopsOnCancel) {
     }
     ASSERT_EQ(s.run("newfilter\n> filedialog: " + q(dir / "junk.sch") + "\n>? designtitle: Command1\nopenfilter\n"), 0);
     EXPECT_EQ(store.lastslot, 0);
+    EXPECT_TRUE(s.runner.desk.messages.empty());
+    // A count beyond the tables: 32 dipoles are read, the drawing stops at the fault
+    // without a word, and the window keeps the caption it took from the title.
+    ladder(0, 8, 5);
+    std::string big = designfiletext(0);
+    big.replace(big.find("\r\n8\r\n1\r\n"), 5, "\r\n40\r\n");
+    {
+        std::ofstream(dir / "big.sch", std::ios::binary) << big;
+    }
+    ASSERT_EQ(s.run("newfilter\n> filedialog: " + q(dir / "big.sch") + "\n>? designtitle: Command1\nopenfilter\n"), 0);
+    EXPECT_EQ(slot(0).dipolecount.value(), 40);
+    EXPECT_EQ(origin(slot(0).dip(8)), std::make_pair(5, 8));
+    EXPECT_EQ(schematicwindow(0).caption, "Title 5");
     EXPECT_TRUE(s.runner.desk.messages.empty());
     // An open design's help lines say what the command does.
     ASSERT_EQ(s.run("> filedialog: cancel\nopenfilter\ndump helplines\n"), 0);
