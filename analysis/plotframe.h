@@ -95,7 +95,7 @@ class PlotForm : public Window {
     void Command2_Click();
     void Command3_Click();
 
-    // The frequency defaults of the kind (the first default span of Part 3.4's table),
+    // The frequency defaults of the kind (the first default span of the code's table),
     // and the restore button's span (wider for coupled resonators on impedance plots).
     void setplotdefaults();
 
