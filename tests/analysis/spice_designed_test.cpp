@@ -1,6 +1,7 @@
 // Designed filters, made through the batch runner as a user would, analysed and checked
 // against ngspice: the Butterworth corner at -3.01 dB and the Chebyshev pass-band ripple.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -50,7 +51,7 @@ TEST(DesignedFilters, ButterworthCornerChebyshevRippleAndNgspice) {
         EXPECT_NEAR(response(Quantity::PEG, 0), -c.ripple, 0.01) << c.name;
 
         if (!ngspice) continue;
-        fs::path dir = fs::temp_directory_path() / "zelk-spice-test";
+        fs::path dir = fs::temp_directory_path() / ("zelk-spice-test-" + std::to_string(::getpid()));
         fs::create_directories(dir);
         fs::path deck = dir / (std::string(c.name) + ".cir");
         ASSERT_EQ(s.run("export spice \"" + deck.generic_string() + "\" 1M 100M\n"), 0) << s.err.str();

@@ -2,6 +2,7 @@
 // are run through ngspice, and its voltage at the load is compared with the program's
 // Power Effective Gain and phase over the whole sweep.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -23,7 +24,7 @@ using test::Kind;
 bool havengspice() { return std::system("ngspice --version > /dev/null 2>&1") == 0; }
 
 fs::path workdir() {
-    fs::path p = fs::temp_directory_path() / "zelk-spice-test";
+    fs::path p = fs::temp_directory_path() / ("zelk-spice-test-" + std::to_string(::getpid()));
     fs::create_directories(p);
     return p;
 }
