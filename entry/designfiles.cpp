@@ -345,7 +345,7 @@ Number joinedcount(double n, double m) {
 }
 
 // The header of a file that append and insert join: title, design title and dipole count
-// are kept, the specification goes to scratch fields.
+// are kept, its other header values go to scratch fields.
 struct JoinHeader {
     DesignSlot scratch;
     Number wa;

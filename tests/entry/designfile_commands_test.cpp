@@ -309,7 +309,7 @@ TEST(DesignFileCommands, AppendAndInsertJoinTwoLadders) {
     EXPECT_EQ(d.dip(13).R, 9013); // the pass past the end of the file reads nothing
     EXPECT_EQ(d.title, "Title 1+Title 2");
     EXPECT_EQ(d.designtitle, "Design 1+Design 2");
-    EXPECT_EQ(d.w0.value(), 1e6); // the file's specification is thrown away
+    EXPECT_EQ(d.w0.value(), 1e6); // the file's other header values are thrown away
     EXPECT_EQ(store.wA.value(), 111);
     EXPECT_FALSE(frame.designsaved);
     EXPECT_EQ(slot(1).title, "Title 9");
