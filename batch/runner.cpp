@@ -1,5 +1,6 @@
 #include "batch/runner.h"
 
+#include <algorithm>
 #include <fstream>
 #include <sstream>
 
@@ -14,10 +15,12 @@ namespace {
 
 std::string quoted(const std::string& s) {
     std::string o = "\"";
-    for (char c : s) {
+    // A line break of the host is CR, LF or CR LF; each is written as \n.
+    for (size_t i = 0; i < s.size(); ++i) {
+        char c = s[i];
         if (c == '"') o += "\"\"";
-        else if (c == '\n') o += "\\n";
-        else if (c == '\r') continue;
+        else if (c == '\r' && i + 1 < s.size() && s[i + 1] == '\n') continue;
+        else if (c == '\n' || c == '\r') o += "\\n";
         else o += c;
     }
     return o + "\"";
@@ -51,7 +54,8 @@ void dumpslot(int s, std::ostream& out) {
         {"Qx", &d.Qx},       {"Rs", &d.Rs},       {"Fs", &d.Fs},       {"Fp", &d.Fp},
         {"Fbw", &d.Fbw},     {"dipolecount", &d.dipolecount}};
     for (auto& [name, n] : numbers) out << name << " = " << numbertext(*n) << '\n';
-    int count = d.count();
+    // The dipoles in use; a count beyond the tables (a misread file) shows the 32 there are.
+    int count = std::min(d.count(), MAXDIPOLE);
     for (int k = 1; k <= count; ++k) {
         const Dipole& p = d.dip(k);
         auto r = [](double v) { return roundtrip(v); };

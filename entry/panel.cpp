@@ -204,10 +204,12 @@ const std::string& paneltext(int i) { return getdata.getvalue(i).text; }
 namespace {
 std::string q(const std::string& s) {
     std::string o = "\"";
-    for (char c : s) {
+    // A line break of the host is CR, LF or CR LF; each is written as \n.
+    for (size_t i = 0; i < s.size(); ++i) {
+        char c = s[i];
         if (c == '"') o += "\"\"";
-        else if (c == '\n') o += "\\n";
-        else if (c == '\r') continue;
+        else if (c == '\r' && i + 1 < s.size() && s[i + 1] == '\n') continue;
+        else if (c == '\n' || c == '\r') o += "\\n";
         else o += c;
     }
     return o + "\"";
