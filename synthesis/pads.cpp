@@ -9,6 +9,7 @@
 #include "core/desktop.h"
 #include "entry/notation.h"
 #include "entry/panel.h"
+#include "schematic/report.h"
 
 namespace zelk {
 
@@ -17,6 +18,8 @@ namespace {
 const bool reset = registerresetter([] { pad = PadWork{}; });
 const bool regp = registercommand("attnp", attnp_Click, CommandKind::Design);
 const bool regt = registercommand("attnt", attnt_Click, CommandKind::Design);
+// The title block of a pad shows its attenuation and terminations from these values.
+const bool titles = (titlesources = TitleSources{&pad.padattn, &pad.padZin, &pad.padZout}, true);
 
 // The search gives up here: with a non-positive impedance the last resistor may never
 // turn positive, and the host's loop would run on for ever.
