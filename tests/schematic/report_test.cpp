@@ -1,6 +1,8 @@
 // The value listing and title block, line for line, against values worked by hand.
 #include <gtest/gtest.h>
 
+#include "synthesis/pads.h"
+
 #include <algorithm>
 
 #include "schematic/ladder.h"
@@ -211,8 +213,12 @@ TEST(DesignReport, TitleBlockKinds) {
     Lines sb = title("DLSB");
     EXPECT_EQ(sb, (Lines{"4.th order T", "  Center Frequency = 10.Mhz", "  Bandwidth = 2.4Khz @ 3 db",
                          "  Design Impedance=50 ohms", "  r0v3 =  0"}));
-    Lines pad = title("PAD");
-    EXPECT_EQ(pad, (Lines{"0db T", "  Input Impedance = 50 ohms", "  Output Impedance = 75 ohms"}));
+    // A pad shows the attenuation and terminations of the pad design.
+    pad.padattn = 6.5;
+    pad.padZin = 50;
+    pad.padZout = 75;
+    Lines padlines = title("PAD");
+    EXPECT_EQ(padlines, (Lines{"6.5db T", "  Input Impedance = 50 ohms", "  Output Impedance = 75 ohms"}));
     Lines entered = title("ENT");
     EXPECT_EQ(entered[1], "  Design Impedance=50. ohms");
 }
