@@ -262,9 +262,12 @@ void Canvas::route(QMouseEvent* e, int kind) {
     double x = e->position().x() * w_.unit, y = e->position().y() * w_.unit;
     Control* c = kind == 0 ? target(x, y) : (pressed_ ? pressed_ : target(x, y));
     if (!c) return;
-    // A picture control sees the pointer in its own box; the window's frame in the window's.
-    double cx = c->kind == ControlKind::Picture ? x - c->left : x;
-    double cy = c->kind == ControlKind::Picture ? y - c->top : y;
+    // A picture control sees the pointer in its own box; the window's frame (the plot area
+    // of a plot, the client area of a schematic) in the window's, as the batch runner's
+    // events give it.
+    bool own = c->kind == ControlKind::Picture && c->name != "frame";
+    double cx = own ? x - c->left : x;
+    double cy = own ? y - c->top : y;
     int button = hostbutton(kind == 2 ? Qt::MouseButtons(e->button()) : (kind == 0 ? Qt::MouseButtons(e->button()) : e->buttons()));
     int shift = hostshift(e->modifiers());
     std::string name = c->name;
