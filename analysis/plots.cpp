@@ -57,9 +57,10 @@ const bool resetter = registerresetter([] {
     }
 });
 
-// Pictures of the plot prompts in the panel's store.
-constexpr int IMAGEGAIN = 40, IMAGEIMPEDANCE = 41, IMAGEPHASE = 42, IMAGEDELAY = 43,
-              IMAGEIMPULSE = 44, IMAGESTEP = 45, IMAGEPULSE = 46, IMAGETONE = 47;
+// Pictures of the plot prompts in the panel's store (after the response sketches and
+// configuration pictures, which end at 52).
+constexpr int IMAGEGAIN = 60, IMAGEIMPEDANCE = 61, IMAGEPHASE = 62, IMAGEDELAY = 63,
+              IMAGEIMPULSE = 64, IMAGESTEP = 65, IMAGEPULSE = 66, IMAGETONE = 67;
 
 std::string codetail(size_t n) {
     const std::string& c = slot(0).code;

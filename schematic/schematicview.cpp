@@ -339,8 +339,19 @@ void SchematicWindow::closebox() {
     unload();
 }
 
+namespace {
+// A build in progress (it may wait in the design title window while the desktop resizes
+// the window): a resize then only asks for one more drawing when the build is done.
+bool building = false;
+bool redrawpending = false;
+} // namespace
+
 void SchematicWindow::resized() {
     if (!isopen || store.lastslot < slotnumber) return;
+    if (building) {
+        redrawpending = true;
+        return;
+    }
     settemplates(*this);
     short keep = store.curslot;
     store.curslot = static_cast<short>(slotnumber);
@@ -388,9 +399,19 @@ void schematicbuild() {
     schem.xpos = 40;
     schem.ypos = 30;
     schematicclear(s);
+    building = true;
+    redrawpending = false;
+    struct Done {
+        ~Done() { building = false; }
+    } done;
     w.show();
     drawslot(w, s, true);
     w.render();
+    building = false;
+    if (redrawpending) {
+        redrawpending = false;
+        w.resized();
+    }
     updatemenus();
     schem.schematicexists = true;
     setenabled("pSch", true);

@@ -437,12 +437,75 @@ void drawpad(Surface& s, bool pi, double x, double y, double w, double h) {
 
 } // namespace
 
+namespace {
+
+// The pictures of the plot prompts, 60 to 67: a small framed plot of the quantity the
+// prompt asks limits for, with the names of the rows on its axes.
+void drawplotsketch(Surface& s, int index, double x, double y, double w, double h) {
+    static const char* titles[] = {"Gain",    "Impedance", "Phase",      "Group Delay",
+                                   "Impulse", "Unit Step", "Pulse",      "Tone Pulse"};
+    static const char* ytop[] = {"db1", "Z2", "A2", "T1", "N1", "N1", "N1", "N1"};
+    static const char* ybottom[] = {"db2", "Z1", "A1", "0", "N2", "N2", "N2", "N2"};
+    const int k = index - 60;
+    const bool timeplot = k >= 4;
+    const double th = s.textheight("X");
+    const double left = x + w * 0.16, right = x + w * 0.94;
+    const double top = y + th * 1.6, bottom = y + h - th * 2.6;
+    s.setbold(true);
+    s.setcolour(BLACK);
+    std::string title = titles[k];
+    s.drawtext(x + (w - s.textwidth(title)) / 2, y + th * 0.2, title);
+    s.setbold(false);
+    s.line(left, top, right, top);
+    s.line(right, top, right, bottom);
+    s.line(right, bottom, left, bottom);
+    s.line(left, bottom, left, top);
+    s.setcolour(GREY);
+    for (int i = 1; i < 4; ++i) {
+        double gx = left + (right - left) * i / 4, gy = top + (bottom - top) * i / 4;
+        s.line(gx, top, gx, bottom);
+        s.line(left, gy, right, gy);
+    }
+    s.setcolour(BLACK);
+    s.drawtext(left - s.textwidth(ytop[k]) - 4, top - th / 2, ytop[k]);
+    s.drawtext(left - s.textwidth(ybottom[k]) - 4, bottom - th, ybottom[k]);
+    const char* xl = timeplot ? "0" : "Freq 1";
+    const char* xr = timeplot ? "Time" : "Freq 2";
+    s.drawtext(left, bottom + th * 0.2, xl);
+    s.drawtext(right - s.textwidth(xr), bottom + th * 0.2, xr);
+    s.drawtext(x + (w - s.textwidth(timeplot ? "time" : "log frequency")) / 2, bottom + th * 1.2,
+               timeplot ? "time" : "log frequency");
+    s.setcolour(CURVE);
+    const int n = 120;
+    for (int i = 0; i <= n; ++i) {
+        double t = static_cast<double>(i) / n, v = 0;
+        switch (k) {
+        case 0: v = 0.1 + 0.8 / (1 + std::pow(t / 0.55, 12)); v = 1 - v; break; // gain falls off
+        case 1: v = 0.5 + 0.35 * std::cos(6 * t) * std::exp(-t); break;
+        case 2: v = 0.9 - 0.8 * t; break;
+        case 3: v = 0.85 - 0.6 * std::exp(-std::pow((t - 0.5) / 0.08, 2)); break;
+        case 4: v = 0.55 - 0.4 * std::sin(12 * t) * std::exp(-5 * t); break;
+        case 5: v = 0.75 - 0.45 * (1 - std::exp(-6 * t) * std::cos(14 * t)); break;
+        case 6: v = 0.75 - 0.45 * (t > 0.1 && t < 0.55 ? 1 - std::exp(-30 * (t - 0.1)) : t >= 0.55 ? std::exp(-30 * (t - 0.55)) : 0); break;
+        default: v = 0.5 - 0.35 * std::sin(60 * t) * (t > 0.1 && t < 0.6 ? 1 : 0); break;
+        }
+        double px = left + (right - left) * t, py = top + (bottom - top) * v;
+        if (i == 0) s.moveto(px, py);
+        else s.lineto(px, py);
+    }
+    s.setcolour(BLACK);
+}
+
+} // namespace
+
 void drawpanelimage(Surface& s, int index, double x, double y, double w, double h) {
     Sketch k;
     if (sketchfor(index, k)) {
         drawsketch(s, k, x, y, w, h);
     } else if (index == 51 || index == 52) {
         drawpad(s, index == 51, x, y, w, h);
+    } else if (index >= 60 && index <= 67) {
+        drawplotsketch(s, index, x, y, w, h);
     }
 }
 

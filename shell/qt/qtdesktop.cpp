@@ -30,6 +30,7 @@
 #include <chrono>
 #include <filesystem>
 
+#include "analysis/plotframe.h"
 #include "core/commands.h"
 #include "core/designstore.h"
 #include "entry/panel.h"
@@ -183,6 +184,9 @@ void DesignFrame::resizeEvent(QResizeEvent* e) {
     frame.framewidth = width();
     frame.frameheight = height();
     frame.helppanelheight = helppanel_->isVisible() ? helppanel_->height() : 0;
+    // Plots size themselves from the client area of the frame, in twips.
+    plotshared.frameclientwidth = mdi_->width() * 15.0;
+    plotshared.frameclientheight = mdi_->height() * 15.0;
 }
 
 bool DesignFrame::eventFilter(QObject* o, QEvent* e) {

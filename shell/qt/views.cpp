@@ -316,6 +316,7 @@ WindowView::WindowView(Window& w, QWidget* parent) : QWidget(parent), w_(w) {
     bool anyplaced = w.draws;
     for (auto& c : w.controls) anyplaced = anyplaced || c->width > 0;
     auto* formholder = new QWidget(this);
+    formholder_ = formholder;
     auto* form = new QFormLayout(formholder);
     if (anyplaced) {
         canvas_->setMinimumSize(w.draws ? QSize(50, 50) : canvas_->sizeHint());
@@ -347,6 +348,11 @@ WindowView::~WindowView() {
 void WindowView::sync() {
     mirror_->sync();
     formmirror_->sync();
+    // The form under a drawing takes room only when it holds a visible row.
+    bool anyrow = false;
+    for (QWidget* child : formholder_->findChildren<QWidget*>(Qt::FindDirectChildrenOnly))
+        anyrow = anyrow || !child->isHidden();
+    formholder_->setVisible(anyrow || canvas_->isHidden());
     canvas_->update();
 }
 

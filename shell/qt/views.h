@@ -81,6 +81,7 @@ class WindowView : public QWidget {
     Canvas* canvas_;
     ControlMirror* mirror_;
     ControlMirror* formmirror_;
+    QWidget* formholder_ = nullptr;
 };
 
 // A modal or free dialog around a WindowView; its close box is the window's close box.
