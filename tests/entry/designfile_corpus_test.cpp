@@ -20,7 +20,7 @@ std::string readall(const fs::path& p) {
     s << in.rdbuf();
     return s.str();
 }
-const fs::path fuzzdir = fs::path(ZELK_SOURCE_DIR) / "tests" / "fuzz";
+const fs::path fuzzdir = fs::path(ZELK_SOURCE_DIR) / "fuzz";
 } // namespace
 
 TEST(DesignFileCorpus, EveryKeptInputEndsInAPartialRead) {
