@@ -1,6 +1,6 @@
 // The path of one LC design from its menu command to a finished dipole table: the shared
 // work values of the flow and the steps that every design command runs in the same
-// order (take a slot, function selector, specification prompt by kind, getQu, title,
+// order (take a slot, function selector, design prompt by kind, getQu, title,
 // normalised stop-band ratio, prototype, realisation, scale transform, schematic).
 #pragma once
 

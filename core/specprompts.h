@@ -1,4 +1,4 @@
-// The specification prompts of the LC and table families: each fills the data panel
+// The design prompts of the LC and table families: each fills the data panel
 // with its rows and defaults from slot curslot, shows it, stores what was read, and
 // repeats with what was typed until its check holds. A cancel leaves `cancelled` true.
 #pragma once

@@ -1,6 +1,6 @@
 // The design report: the text printed in the schematic window under the dipole row. For
 // each dipole a block of its values, winding data and tuning frequencies, then a title
-// block with the specification and the component spreads.
+// block with the design's requirements and the component spreads.
 #pragma once
 
 #include <string>
@@ -41,7 +41,7 @@ inline TitleSources titlesources;
 void partline(const std::string& text);
 // The value listing of slot curslot (option partslist).
 void dipolelisting();
-// The specification and the spreads (option sfp).
+// The requirements of the design and the spreads (option sfp).
 void titleblock();
 // Resonant frequencies of dipole n and its neighbours (option showtuning).
 void tuningdata(int n);

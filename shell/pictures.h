@@ -1,4 +1,4 @@
-// The pictures of the data panel's store (response sketches of the specification prompts)
+// The pictures of the data panel's store (response sketches of the design prompts)
 // and the function selector's configuration pictures, drawn as vectors on a Surface.
 #pragma once
 

@@ -74,7 +74,7 @@ TEST(DesignStore, ClearallIsPartial) {
     EXPECT_EQ(store.g[3], 0);
     EXPECT_EQ(store.x[16], 0);
     EXPECT_EQ(store.wA.value(), 0);
-    EXPECT_EQ(d.Zin.value(), 50); // specification values live on into the next prompt
+    EXPECT_EQ(d.Zin.value(), 50); // the design values live on into the next prompt
     EXPECT_EQ(store.lastslot, -1);
     EXPECT_EQ(store.curslot, -1);
     EXPECT_EQ(store.Rtol, 1);

@@ -7,7 +7,7 @@
 using namespace zelk;
 
 namespace {
-// A specification-like panel: F1, Zin, Astop, Order, Rs.
+// A design-like panel: F1, Zin, Astop, Order, Rs.
 void preparepanel() {
     panelclear();
     panelrow(0, "F1 =", "10M", "Cutoff Frequency");

@@ -15,7 +15,7 @@ namespace {
 constexpr double exactpi = 3.14159265358979323846;
 const double halfpower = 10 * std::log10(2.0); // ripple with epsilon = 1
 
-void spec(double order, double apass, double astop, double zin, double zout, double wA) {
+void request(double order, double apass, double astop, double zin, double zout, double wA) {
     store.curslot = 0;
     DesignSlot& s = slot(0);
     s.order = order;
@@ -30,7 +30,7 @@ void spec(double order, double apass, double astop, double zin, double zout, dou
 TEST(Butterworth, EqualTerminationsFollowTheClosedForm) {
     test::Session session;
     for (int n : {1, 2, 3, 4, 5, 7, 8, 16}) {
-        spec(n, halfpower, 0, 50, 50, 2);
+        request(n, halfpower, 0, 50, 50, 2);
         butterworthproto();
         ASSERT_FALSE(store.cancelled);
         for (int k = 1; k <= n; ++k)
@@ -44,7 +44,7 @@ TEST(Butterworth, EqualTerminationsFollowTheClosedForm) {
     EXPECT_NEAR(prototerms.kcoupling[3], 1 / std::sqrt(store.g[3] * store.g[4]), 1e-12);
 
     // A cut-off at a 1 dB point: every element scales by epsilon^(1/n).
-    spec(3, 1, 0, 75, 75, 2);
+    request(3, 1, 0, 75, 75, 2);
     butterworthproto();
     const double scale = std::pow(std::pow(10, 0.1) - 1, 1.0 / 6);
     EXPECT_NEAR(scale, 0.79836, 1e-5); // hand value
@@ -52,7 +52,7 @@ TEST(Butterworth, EqualTerminationsFollowTheClosedForm) {
     EXPECT_NEAR(store.g[1], scale, 1e-9);
 
     // Apass 0 is a 3 dB corner and is stored so.
-    spec(2, 0, 0, 50, 50, 2);
+    request(2, 0, 0, 50, 50, 2);
     butterworthproto();
     EXPECT_EQ(slot(0).Apass.value(), 3);
     EXPECT_NEAR(store.g[1], 2 * std::sin(exactpi / 4) * std::pow(std::pow(10, 0.3) - 1, 0.25), 1e-9);
@@ -61,14 +61,14 @@ TEST(Butterworth, EqualTerminationsFollowTheClosedForm) {
 TEST(Butterworth, OrderEstimateRoundsWithPointNineNine) {
     test::Session session;
     // Textbook: n >= log(10^(As/10) - 1) / (2 log wA) = 9.966 for 60 dB at an octave.
-    spec(0, halfpower, 60, 50, 50, 2);
+    request(0, halfpower, 60, 50, 50, 2);
     butterworthproto();
     EXPECT_EQ(slot(0).order.value(), 10);
     EXPECT_NEAR(slot(0).Astop, 60.206, 1e-3);
     // An exact requirement of 4.005 orders gives 4, one of 4.02 gives 5.
     for (auto [x, want] : {std::pair{4.005, 4.0}, std::pair{4.02, 5.0}, std::pair{3.5, 4.0}}) {
         const double e = std::pow(2.0, x);
-        spec(0, halfpower, 10 * std::log10(1 + e * e), 50, 50, 2);
+        request(0, halfpower, 10 * std::log10(1 + e * e), 50, 50, 2);
         butterworthproto();
         EXPECT_EQ(slot(0).order.value(), want) << x;
     }
@@ -76,17 +76,17 @@ TEST(Butterworth, OrderEstimateRoundsWithPointNineNine) {
 
 TEST(Butterworth, OrderLimitIsSixteen) {
     test::Session session;
-    spec(16, 3, 0, 50, 50, 1.5);
+    request(16, 3, 0, 50, 50, 1.5);
     butterworthproto();
     EXPECT_FALSE(store.cancelled);
-    spec(17, 3, 0, 50, 50, 1.5);
+    request(17, 3, 0, 50, 50, 1.5);
     butterworthproto();
     EXPECT_TRUE(store.cancelled);
     ASSERT_EQ(session.runner.desk.messages.size(), 1u);
     EXPECT_EQ(session.runner.desk.messages[0].title, "WARNING");
     EXPECT_EQ(session.runner.desk.messages[0].text, "Maximum order is 16.\nReduce stopband requirement");
     // An estimate above 16 is refused the same way.
-    spec(0, 3, 200, 50, 50, 1.1);
+    request(0, 3, 200, 50, 50, 1.1);
     butterworthproto();
     EXPECT_TRUE(store.cancelled);
     EXPECT_EQ(session.runner.desk.messages.size(), 2u);
@@ -96,7 +96,7 @@ TEST(Butterworth, UnequalTerminationsKeepTheProgramsArithmetic) {
     test::Session session;
     // Ratio 4 (r = 2), 3 dB corner: a1 = 1, a2 = (3/5)^(1/3); hand values of the
     // recursion: g1 = 2 sin 30deg / (a1 + a2).
-    spec(3, halfpower, 0, 50, 200, 2);
+    request(3, halfpower, 0, 50, 200, 2);
     butterworthproto();
     const double a2 = std::cbrt(0.6);
     EXPECT_NEAR(store.g[1], 1 / (1 + a2), 1e-8);
@@ -104,13 +104,13 @@ TEST(Butterworth, UnequalTerminationsKeepTheProgramsArithmetic) {
     EXPECT_NEAR(store.g[2], 1.4431067, 1e-6);
     EXPECT_NEAR(store.g[3], 1.5967571, 1e-6);
     // The same terminations the other way round give the same list.
-    spec(3, halfpower, 0, 200, 50, 2);
+    request(3, halfpower, 0, 200, 50, 2);
     butterworthproto();
     EXPECT_NEAR(store.g[2], 1.4431067, 1e-6);
 
     // a2 from a1 after its root: with a 1 dB corner a2 = (a1 * 3/5)^(1/3), not
     // (sqrt(K) * 3/5)^(1/3).
-    spec(3, 1, 0, 50, 200, 2);
+    request(3, 1, 0, 50, 200, 2);
     butterworthproto();
     const double K = 1 / (std::pow(10, 0.1) - 1);
     const double a1 = std::pow(K, 1.0 / 6);
@@ -120,7 +120,7 @@ TEST(Butterworth, UnequalTerminationsKeepTheProgramsArithmetic) {
 
     // Ratio 100 (r = 10): the sine argument divided by PI. Hand values for n = 2,
     // 3 dB: ga1 = sin((1/PI)/2/2), gb1 = 1, ga2 = sin((3/PI)/2/2), gb2 = cos(PI/4)^2.
-    spec(2, halfpower, 0, 50, 5000, 2);
+    request(2, halfpower, 0, 50, 5000, 2);
     butterworthproto();
     const double a = std::pow(1 / (std::pow(10, halfpower / 10) - 1), 0.25);
     EXPECT_NEAR(store.g[1], std::sin(1 / 3.141592654 / 4) / a, 1e-9);
@@ -130,19 +130,19 @@ TEST(Butterworth, UnequalTerminationsKeepTheProgramsArithmetic) {
 
 TEST(Chebyshev, EqualTerminationsMatchPublishedTables) {
     test::Session session;
-    spec(3, 0.5, 0, 50, 50, 2);
+    request(3, 0.5, 0, 50, 50, 2);
     chebyshevproto();
     EXPECT_NEAR(store.g[1], 1.5963, 5e-5);
     EXPECT_NEAR(store.g[2], 1.0967, 5e-5);
     EXPECT_NEAR(store.g[3], 1.5963, 5e-5);
     EXPECT_TRUE(store.oddorder);
-    spec(5, 0.1, 0, 50, 50, 2);
+    request(5, 0.1, 0, 50, 50, 2);
     chebyshevproto();
     const double t5[] = {1.1468, 1.3712, 1.9750, 1.3712, 1.1468};
     for (int k = 1; k <= 5; ++k) EXPECT_NEAR(store.g[k], t5[k - 1], 5e-5) << k;
     // Even order with equal terminations: r0 = 1 <= m, the first case; the list is the
     // table's g1..g4 and neither termination changes.
-    spec(4, 0.1, 0, 50, 50, 2);
+    request(4, 0.1, 0, 50, 50, 2);
     chebyshevproto();
     const double t4[] = {1.1088, 1.3062, 1.7704, 0.8181};
     for (int k = 1; k <= 4; ++k) EXPECT_NEAR(store.g[k], t4[k - 1], 5e-5) << k;
@@ -159,7 +159,7 @@ TEST(Chebyshev, EqualTerminationsMatchPublishedTables) {
 TEST(Chebyshev, OrderEstimateUsesThePlusSign) {
     test::Session session;
     // 1 dB ripple, 40 dB at wA = 3: e = sqrt((10^4 + 1) K), order = Int(acosh(e)/acosh(3) + .99).
-    spec(0, 1, 40, 50, 50, 3);
+    request(0, 1, 40, 50, 50, 3);
     chebyshevproto();
     const double K = 1 / (std::pow(10, 0.1) - 1);
     const double e = std::sqrt((1e4 + 1) * K);
@@ -168,7 +168,7 @@ TEST(Chebyshev, OrderEstimateUsesThePlusSign) {
     EXPECT_EQ(slot(0).order.value(), std::floor(exact + 0.99));
     EXPECT_EQ(slot(0).order.value(), 4);
     // Order 17 is refused with the same box as Butterworth.
-    spec(17, 1, 0, 50, 50, 3);
+    request(17, 1, 0, 50, 50, 3);
     chebyshevproto();
     EXPECT_TRUE(store.cancelled);
     EXPECT_EQ(session.runner.desk.messages.back().text, "Maximum order is 16.\nReduce stopband requirement");
@@ -177,14 +177,14 @@ TEST(Chebyshev, OrderEstimateUsesThePlusSign) {
 TEST(Chebyshev, UnequalTerminationCases) {
     test::Session session;
     // Odd order: v = r0. Hand value of g1 for n = 3, 0.5 dB, ratio 4.
-    spec(3, 0.5, 0, 50, 200, 2);
+    request(3, 0.5, 0, 50, 200, 2);
     chebyshevproto();
     EXPECT_NEAR(store.g[1], 0.9284715, 1e-6);
     EXPECT_NEAR(store.g[2], 1.3233529, 1e-6);
     EXPECT_NEAR(store.g[3], 1.4214727, 1e-6);
     // Even order above the minimum ratio: v from the product formula; ratio 100 -> r0 = 10,
     // h = 5.05, v = h sqrt(1 - rho^2) + sqrt(h^2 (1 - rho^2) - 1).
-    spec(2, 0.5, 0, 50, 5000, 2);
+    request(2, 0.5, 0, 50, 5000, 2);
     chebyshevproto();
     const double rho2 = 1 - std::pow(10, -0.05);
     const double h = 5.05;
@@ -199,7 +199,7 @@ TEST(Chebyshev, UnequalTerminationCases) {
     const double a1 = (xs * xs - 1) / 2 / xs, a2 = (ys * ys - 1) / 2 / ys;
     EXPECT_NEAR(store.g[1], 2 * std::sin(3.141592654 / 4) / (a1 + a2), 1e-9);
     // A zero ripple stops with the host's division fault rather than a silent infinity.
-    spec(3, 0, 0, 50, 50, 2);
+    request(3, 0, 0, 50, 50, 2);
     EXPECT_THROW(chebyshevproto(), RuntimeFault);
 }
 

@@ -22,7 +22,7 @@ namespace {
 using test::Cauer;
 using test::ladderloss;
 
-struct Spec {
+struct Request {
     double Apass = 0.1, Astop = 0, order = 5, Zin = 50, Zout = 50, wA = 1.5;
     std::string configuration = "Pi";
     std::string terminate; // answer for the terminate window of an even order, "" none
@@ -30,19 +30,19 @@ struct Spec {
 
 // Runs prototype and realisation on slot 0 of a fresh session, as the command would after
 // its prompts. Returns false when the prototype refused.
-bool design(test::Session& s, const Spec& spec) {
+bool design(test::Session& s, const Request& req) {
     store.lastslot = 0;
     store.curslot = 0;
     DesignSlot& d = slot(0);
-    d.Apass = spec.Apass;
-    d.Astop = spec.Astop;
-    d.order = spec.order;
-    d.Zin = spec.Zin;
-    d.Zout = spec.Zout;
+    d.Apass = req.Apass;
+    d.Astop = req.Astop;
+    d.order = req.order;
+    d.Zin = req.Zin;
+    d.Zout = req.Zout;
     d.w1 = 1000.0;
-    store.wA = spec.wA;
-    flow.configuration = spec.configuration;
-    if (!spec.terminate.empty()) s.runner.desk.queue.push_back({"terminate", {spec.terminate}, false, 0, 0});
+    store.wA = req.wA;
+    flow.configuration = req.configuration;
+    if (!req.terminate.empty()) s.runner.desk.queue.push_back({"terminate", {req.terminate}, false, 0, 0});
     ellipticproto();
     if (store.cancelled) return false;
     ellipticrealize();
@@ -90,12 +90,12 @@ TEST(EllipticProto, OddEqualTerminationsMatchTheTextbookCauerResponse) {
         SCOPED_TRACE("order " + std::to_string(c.n) + " " + c.cf + " Apass " + std::to_string(c.Apass) +
                      " wA " + std::to_string(c.wA));
         test::Session s;
-        Spec spec;
-        spec.order = c.n;
-        spec.Apass = c.Apass;
-        spec.wA = c.wA;
-        spec.configuration = c.cf;
-        ASSERT_TRUE(design(s, spec));
+        Request req;
+        req.order = c.n;
+        req.Apass = c.Apass;
+        req.wA = c.wA;
+        req.configuration = c.cf;
+        ASSERT_TRUE(design(s, req));
         const Cauer ref(c.n, c.Apass, c.wA);
         const DesignSlot& d = slot(0);
         EXPECT_EQ(d.r0.value(), 50);
@@ -147,10 +147,10 @@ TEST(EllipticProto, EllipticSinesKeepTheirMinusSigns) {
     // then errs by 4 q^4 cos(4v) (the m = 2 term with the wrong sign), which is visible
     // at a large nome (wA = 1.1, q = 0.108) and negligible at a small one.
     test::Session s;
-    Spec spec;
-    spec.order = 5;
-    spec.wA = 1.1;
-    ASSERT_TRUE(design(s, spec));
+    Request req;
+    req.order = 5;
+    req.wA = 1.1;
+    ASSERT_TRUE(design(s, req));
     const Cauer ref(5, 0.1, 1.1);
     const double q = ref.nome();
     EXPECT_NEAR(q, 0.1078, 1e-4);
@@ -172,10 +172,10 @@ TEST(EllipticProto, ThirdOrderElementsByHand) {
     // resonance and symmetry fix the rest. Check that structure and one value solved by
     // hand from the loss at w = 1 (|S21|^2 = 1/(1 + eps^2)).
     test::Session s;
-    Spec spec;
-    spec.order = 3;
-    spec.Zin = spec.Zout = 1;
-    ASSERT_TRUE(design(s, spec));
+    Request req;
+    req.order = 3;
+    req.Zin = req.Zout = 1;
+    ASSERT_TRUE(design(s, req));
     const Cauer ref(3, 0.1, 1.5);
     const Dipole &c1 = dipole(0, 2), &trap = dipole(0, 3), &c3 = dipole(0, 4);
     EXPECT_EQ(c1.type, 33);
@@ -209,11 +209,11 @@ TEST(EllipticProto, OrderEstimateAndLimit) {
     {
         // 0.1 dB, 50 dB, wA 1.5: log(16 D) / log(1/q) = 5.46 with the exact nome, so 6.
         test::Session s;
-        Spec spec;
-        spec.order = 0;
-        spec.Astop = 50;
-        spec.terminate = "\"Use Zin\"";
-        ASSERT_TRUE(design(s, spec));
+        Request req;
+        req.order = 0;
+        req.Astop = 50;
+        req.terminate = "\"Use Zin\"";
+        ASSERT_TRUE(design(s, req));
         const Cauer ref(5, 0.1, 1.5);
         const double D = (std::pow(10, 5.0) - 1) / (std::pow(10, 0.01) - 1);
         const double exact = std::log(16 * D) / std::log(1 / ref.nome());
@@ -225,16 +225,16 @@ TEST(EllipticProto, OrderEstimateAndLimit) {
     {
         // Order 11 is designed; order 12 is refused with the four-line warning.
         test::Session s;
-        Spec spec;
-        spec.order = 11;
-        ASSERT_TRUE(design(s, spec));
+        Request req;
+        req.order = 11;
+        ASSERT_TRUE(design(s, req));
         EXPECT_TRUE(s.runner.desk.messages.empty());
     }
     {
         test::Session s;
-        Spec spec;
-        spec.order = 12;
-        EXPECT_FALSE(design(s, spec));
+        Request req;
+        req.order = 12;
+        EXPECT_FALSE(design(s, req));
         EXPECT_TRUE(store.cancelled);
         ASSERT_EQ(s.runner.desk.messages.size(), 1u);
         EXPECT_EQ(s.runner.desk.messages[0].title, "WARNING");
@@ -246,12 +246,12 @@ TEST(EllipticProto, OrderEstimateAndLimit) {
     {
         // An estimate above 11 is refused the same way: 0.01 dB, 120 dB at wA 1.05.
         test::Session s;
-        Spec spec;
-        spec.order = 0;
-        spec.Apass = 0.01;
-        spec.Astop = 120;
-        spec.wA = 1.05;
-        EXPECT_FALSE(design(s, spec));
+        Request req;
+        req.order = 0;
+        req.Apass = 0.01;
+        req.Astop = 120;
+        req.wA = 1.05;
+        EXPECT_FALSE(design(s, req));
         EXPECT_GT(slot(0).order.value(), 11);
     }
 }
@@ -280,13 +280,13 @@ TEST(EllipticProto, TerminationRatiosAndTheirThresholds) {
     for (const Case& c : cases) {
         SCOPED_TRACE(std::to_string(c.n) + c.cf + " " + std::to_string(c.Zout / c.Zin));
         test::Session s;
-        Spec spec;
-        spec.order = c.n;
-        spec.configuration = c.cf;
-        spec.Zin = c.Zin;
-        spec.Zout = c.Zout;
-        if (c.n % 2 == 0) spec.terminate = "\"Use Both\"";
-        ASSERT_TRUE(design(s, spec));
+        Request req;
+        req.order = c.n;
+        req.configuration = c.cf;
+        req.Zin = c.Zin;
+        req.Zout = c.Zout;
+        if (c.n % 2 == 0) req.terminate = "\"Use Both\"";
+        ASSERT_TRUE(design(s, req));
         EXPECT_EQ(elliptic.termmode, c.mode);
         EXPECT_EQ(slot(0).Zin.value(), c.Zin2);
         EXPECT_EQ(slot(0).Zout.value(), c.Zout2);
@@ -298,11 +298,11 @@ TEST(EllipticProto, TerminationRatiosAndTheirThresholds) {
     {
         // 9.99 and 0.1001 stay "Maxpower" with r0 = Zin and fromoutput as it was.
         test::Session s;
-        Spec spec;
-        spec.order = 3;
-        spec.Zout = 499.5;
+        Request req;
+        req.order = 3;
+        req.Zout = 499.5;
         elliptic.fromoutput = true;
-        ASSERT_TRUE(design(s, spec));
+        ASSERT_TRUE(design(s, req));
         EXPECT_EQ(elliptic.termmode, "Maxpower");
         EXPECT_EQ(slot(0).Zout.value(), 499.5);
         EXPECT_EQ(slot(0).r0.value(), 50);
@@ -333,12 +333,12 @@ TEST(EllipticProto, SinglyLoadedAndEvenLaddersKeepTheRipple) {
     for (const Case& c : cases) {
         SCOPED_TRACE(std::to_string(c.n) + " " + c.cf + " " + std::to_string(c.Zout) + " " + c.button);
         test::Session s;
-        Spec spec;
-        spec.order = c.n;
-        spec.configuration = c.cf;
-        spec.Zout = c.Zout;
-        spec.terminate = c.button;
-        ASSERT_TRUE(design(s, spec));
+        Request req;
+        req.order = c.n;
+        req.configuration = c.cf;
+        req.Zout = c.Zout;
+        req.terminate = c.button;
+        ASSERT_TRUE(design(s, req));
         const double r0 = slot(0).r0;
         EXPECT_NEAR(ladderloss(0, 1e-6, r0), c.dc, 1e-3);
         const Range pass = scan(1e-3, 1.0, r0, 20000);
@@ -369,11 +369,11 @@ TEST(EllipticProto, EvenOrderTerminationChoices) {
     for (const Case& c : cases) {
         SCOPED_TRACE(std::string(c.cf) + " " + c.button);
         test::Session s;
-        Spec spec;
-        spec.order = 6;
-        spec.configuration = c.cf;
-        spec.terminate = c.button;
-        ASSERT_TRUE(design(s, spec));
+        Request req;
+        req.order = 6;
+        req.configuration = c.cf;
+        req.terminate = c.button;
+        ASSERT_TRUE(design(s, req));
         EXPECT_TRUE(s.runner.desk.queue.empty());
         EXPECT_NEAR(slot(0).Zin.value(), c.Zin, 1e-9);
         EXPECT_NEAR(slot(0).Zout.value(), c.Zout, 1e-9);
@@ -396,14 +396,14 @@ TEST(EllipticProto, FaultsInsteadOfUndefinedValues) {
     // ripple divides by zero: both are the host's run-time errors, never a NaN element.
     for (double wA : {0.8, 0.0}) {
         test::Session s;
-        Spec spec;
-        spec.wA = wA;
-        EXPECT_THROW(design(s, spec), RuntimeFault);
+        Request req;
+        req.wA = wA;
+        EXPECT_THROW(design(s, req), RuntimeFault);
     }
     test::Session s;
-    Spec spec;
-    spec.Apass = 0;
-    EXPECT_THROW(design(s, spec), RuntimeFault);
+    Request req;
+    req.Apass = 0;
+    EXPECT_THROW(design(s, req), RuntimeFault);
 }
 
 } // namespace
