@@ -13,23 +13,11 @@ namespace zelk {
 
 namespace {
 
-std::string quoted(const std::string& s) {
-    std::string o = "\"";
-    // A line break of the host is CR, LF or CR LF; each is written as \n.
-    for (size_t i = 0; i < s.size(); ++i) {
-        char c = s[i];
-        if (c == '"') o += "\"\"";
-        else if (c == '\r' && i + 1 < s.size() && s[i + 1] == '\n') continue;
-        else if (c == '\n' || c == '\r') o += "\\n";
-        else o += c;
-    }
-    return o + "\"";
-}
 
 std::string numbertext(const Number& n) {
     switch (n.kind()) {
     case Number::Kind::Empty: return "";
-    case Number::Kind::Text: return quoted(n.textvalue());
+    case Number::Kind::Text: return dumptext(n.textvalue());
     default: return roundtrip(n.value());
     }
 }
@@ -43,9 +31,9 @@ const char* buttonsname(int b) {
 
 void dumpslot(int s, std::ostream& out) {
     const DesignSlot& d = slot(s);
-    out << "title = " << quoted(d.title) << '\n';
-    out << "designtitle = " << quoted(d.designtitle) << '\n';
-    out << "code = " << quoted(d.code) << '\n';
+    out << "title = " << dumptext(d.title) << '\n';
+    out << "designtitle = " << dumptext(d.designtitle) << '\n';
+    out << "code = " << dumptext(d.code) << '\n';
     const std::pair<const char*, const Number*> numbers[] = {
         {"order", &d.order}, {"Astop", &d.Astop}, {"Apass", &d.Apass}, {"Zin", &d.Zin},
         {"Zout", &d.Zout},   {"r0", &d.r0},       {"w0", &d.w0},       {"w1", &d.w1},
@@ -60,10 +48,10 @@ void dumpslot(int s, std::ostream& out) {
         const Dipole& p = d.dip(k);
         auto r = [](double v) { return roundtrip(v); };
         out << "dipole " << k << " type=" << p.type << " R=" << r(p.R) << " C=" << r(p.C)
-            << " L=" << r(p.L) << " Qu=" << r(p.Qu) << " K=" << r(p.K) << " Lcore=" << quoted(p.Lcore)
+            << " L=" << r(p.L) << " Qu=" << r(p.Qu) << " K=" << r(p.K) << " Lcore=" << dumptext(p.Lcore)
             << " Lform=" << r(p.Lform) << " Lawg=" << r(p.Lawg) << " Lturns=" << r(p.Lturns)
             << " Llength=" << r(p.Llength) << " Ca=" << r(p.Ca) << " La=" << r(p.La)
-            << " Qa=" << r(p.Qa) << " Kspare=" << r(p.Kspare) << " Lacore=" << quoted(p.Lacore)
+            << " Qa=" << r(p.Qa) << " Kspare=" << r(p.Kspare) << " Lacore=" << dumptext(p.Lacore)
             << " Laform=" << r(p.Laform) << " Laawg=" << r(p.Laawg) << " Laturns=" << r(p.Laturns)
             << " Lalength=" << r(p.Lalength) << " Ls=" << r(p.Ls) << " Cs=" << r(p.Cs)
             << " Cp=" << r(p.Cp) << " Rs=" << r(p.Rs) << " Qx=" << r(p.Qx) << '\n';
@@ -170,11 +158,11 @@ void BatchRunner::dump(const std::vector<std::string>& t) {
     } else if (what == "menus") {
         for (const MenuItem& m : menuitems())
             out_ << m.name << " enabled=" << (m.enabled ? 1 : 0) << " checked=" << (m.checked ? 1 : 0)
-                 << " caption=" << quoted(m.caption) << '\n';
+                 << " caption=" << dumptext(m.caption) << '\n';
     } else if (what == "messages") {
         for (const MessageRecord& m : desk.messages)
-            out_ << "msgbox title=" << quoted(m.title) << " buttons=" << buttonsname(m.buttons)
-                 << " answer=" << m.answer << " text=" << quoted(m.text) << '\n';
+            out_ << "msgbox title=" << dumptext(m.title) << " buttons=" << buttonsname(m.buttons)
+                 << " answer=" << m.answer << " text=" << dumptext(m.text) << '\n';
     } else if (DumpHandler h = finddump(what)) {
         std::vector<std::string> args;
         for (size_t i = 2; i < t.size(); ++i) args.push_back(unquote(t[i]));

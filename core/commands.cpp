@@ -103,6 +103,18 @@ void setchecked(std::string_view name, bool on) {
     if (MenuItem* m = findmenu(name)) m->checked = on;
 }
 
+std::string dumptext(const std::string& s) {
+    std::string o = "\"";
+    for (size_t i = 0; i < s.size(); ++i) {
+        char c = s[i];
+        if (c == '"') o += "\"\"";
+        else if (c == '\r' && i + 1 < s.size() && s[i + 1] == '\n') continue;
+        else if (c == '\n' || c == '\r') o += "\\n";
+        else o += c;
+    }
+    return o + "\"";
+}
+
 bool registerdump(std::string what, DumpHandler h) {
     dumps()[std::move(what)] = h;
     return true;

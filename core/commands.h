@@ -60,6 +60,10 @@ bool menuenabled(std::string_view name);
 void setenabled(std::string_view name, bool on);
 void setchecked(std::string_view name, bool on);
 
+// A text as batch dumps write it: in double quotes, a quote doubled, every host line
+// break (CR, LF or CR LF) written as \n.
+std::string dumptext(const std::string& s);
+
 // Batch output: "dump WHAT ARGS" and "export KIND WINDOW FILE" handlers, registered by the
 // subsystems that own the data. A handler returns false for arguments it cannot serve.
 using DumpHandler = bool (*)(const std::vector<std::string>& args, std::ostream& out);

@@ -4,7 +4,16 @@
 
 #include <string>
 
+#include <initializer_list>
+
 namespace zelk {
+
+// True when the dipole type t is one of the set.
+inline bool among(int t, std::initializer_list<int> set) {
+    for (int v : set)
+        if (t == v) return true;
+    return false;
+}
 
 // Evaluates dipole d of slot s at store.wA into store.Zr, Zi, Yr, Yi (and, for the
 // transformer and composite types, the walker's running values and store.zscale, which

@@ -202,27 +202,15 @@ const std::string& paneltext(int i) { return getdata.getvalue(i).text; }
 
 // The panel's dump for the batch runner.
 namespace {
-std::string q(const std::string& s) {
-    std::string o = "\"";
-    // A line break of the host is CR, LF or CR LF; each is written as \n.
-    for (size_t i = 0; i < s.size(); ++i) {
-        char c = s[i];
-        if (c == '"') o += "\"\"";
-        else if (c == '\r' && i + 1 < s.size() && s[i + 1] == '\n') continue;
-        else if (c == '\n' || c == '\r') o += "\\n";
-        else o += c;
-    }
-    return o + "\"";
-}
 const bool dumpreg = registerdump("panel", [](const std::vector<std::string>&, std::ostream& out) {
     for (int i = 0; i < PANELROWS; ++i) {
         Control& l = getdata.Label2(i);
         Control& v = getdata.getvalue(i);
-        out << "row " << i << " label=" << q(l.caption) << " text=" << q(v.text)
+        out << "row " << i << " label=" << dumptext(l.caption) << " text=" << dumptext(v.text)
             << " visible=" << (v.visible ? 1 : 0) << " enabled=" << (v.enabled ? 1 : 0) << '\n';
     }
-    out << "note=" << q(getdata.note()) << '\n';
-    out << "picture=" << q(getdata.picturekey) << '\n';
+    out << "note=" << dumptext(getdata.note()) << '\n';
+    out << "picture=" << dumptext(getdata.picturekey) << '\n';
     return true;
 });
 } // namespace

@@ -5,6 +5,7 @@
 #include "core/commands.h"
 #include "core/designflow.h"
 #include "core/designstore.h"
+#include "core/dipoles.h"
 #include "core/hostmath.h"
 #include "core/surface.h"
 #include "entry/notation.h"
@@ -25,11 +26,6 @@ int typeat(int n) {
     return dip(n).type;
 }
 
-bool among(int t, std::initializer_list<int> set) {
-    for (int v : set)
-        if (t == v) return true;
-    return false;
-}
 
 // engformat of a Number field, written back as the host writes a variable it was given.
 std::string engfield(Number& n) {

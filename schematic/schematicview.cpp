@@ -4,6 +4,7 @@
 
 #include "core/commands.h"
 #include "core/desktop.h"
+#include "core/dipoles.h"
 #include "core/surface.h"
 #include "entry/notation.h"
 #include "schematic/dipolepictures.h"
@@ -29,11 +30,6 @@ const bool registered = registerresetter([] {
     window1.reset();
 });
 
-bool among(int t, std::initializer_list<int> set) {
-    for (int v : set)
-        if (t == v) return true;
-    return false;
-}
 
 // Type of dipole n of slot s; a place outside the table reads as no type.
 int typeat(int s, int n) {
