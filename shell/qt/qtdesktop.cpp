@@ -30,6 +30,8 @@
 #include <chrono>
 #include <filesystem>
 
+#include <algorithm>
+
 #include "analysis/plotframe.h"
 #include "core/commands.h"
 #include "core/designstore.h"
@@ -184,9 +186,11 @@ void DesignFrame::resizeEvent(QResizeEvent* e) {
     frame.framewidth = width();
     frame.frameheight = height();
     frame.helppanelheight = helppanel_->isVisible() ? helppanel_->height() : 0;
-    // Plots size themselves from the client area of the frame, in twips.
-    plotshared.frameclientwidth = mdi_->width() * 15.0;
-    plotshared.frameclientheight = mdi_->height() * 15.0;
+    // Plots size themselves from the client area of the frame, in twips (the MDI area is
+    // laid out after this event, so its size is taken from the frame's).
+    int clienth = height() - menuBar()->height() - frame.helppanelheight;
+    plotshared.frameclientwidth = std::max(width(), 300) * 15.0;
+    plotshared.frameclientheight = std::max(clienth, 200) * 15.0;
 }
 
 bool DesignFrame::eventFilter(QObject* o, QEvent* e) {
