@@ -1,5 +1,7 @@
 #include "synthesis/tables.h"
 
+#include "synthesis/transforms.h"
+
 #include <cmath>
 #include <string>
 
@@ -157,34 +159,7 @@ void tablerealize() {
     else if (flow.termchoice == "Zout") s.Zin = zoutup ? hdiv(zout, tr) : zout * tr;
     s.r0 = r0isout ? s.Zout : s.Zin;
 
-    const auto& g = store.g;
-    auto value = [&](int i) {
-        const int k = forwards ? i : last + 1 - i;
-        if (k < 0 || k > 16) raisefault(9);
-        return g[static_cast<size_t>(k)];
-    };
-    int d = 1;
-    if (!cfirst) {
-        settype(2, 38);
-        d = 2;
-    }
-    for (int i = 1; i <= last; i += 2) {
-        const int at = cfirst ? i + 1 : i + 2;
-        settype(at, cfirst ? 33 : 2);
-        if (cfirst) dipole(store.curslot, at).C = value(i);
-        else dipole(store.curslot, at).L = value(i);
-        d = at;
-        if (i < last) {
-            settype(at + 1, cfirst ? 2 : 33);
-            if (cfirst) dipole(store.curslot, at + 1).L = value(i + 1);
-            else dipole(store.curslot, at + 1).C = value(i + 1);
-            d = at + 1;
-        }
-    }
-    if (wireend) settype(++d, 6);
-    settype(++d, 31);
-    s.dip(d).R = s.Zout;
-    s.dipolecount = d;
+    layladder(last, cfirst, forwards, wireend, s.Zout);
     settype(1, 1);
     s.dip(1).R = s.Zin;
 }

@@ -59,7 +59,6 @@ void schematicrealize() {
     const double n = s.order;
     if (n < 1 || n > 16) raisefault(5);
     const int last = static_cast<int>(Int(n));
-    const auto& g = store.g;
     const double zin = s.Zin, zout = s.Zout;
     store.oddorder = n / 2 != Int(n / 2);
     settype(1, 1);
@@ -86,6 +85,12 @@ void schematicrealize() {
     }
     s.r0 = forwards ? zin : zout;
 
+    layladder(last, cfirst, forwards, wireend, zout);
+}
+
+void layladder(int last, bool cfirst, bool forwards, bool wireend, double zout) {
+    DesignSlot& s = cur();
+    const auto& g = store.g;
     // The element values in the order they are laid out.
     auto value = [&](int i) {
         const int k = forwards ? i : last + 1 - i;
@@ -98,24 +103,16 @@ void schematicrealize() {
         d = 2;
     }
     for (int i = 1; i <= last; i += 2) {
-        if (cfirst) {
-            settype(i + 1, 33);
-            s.dip(i + 1).C = value(i);
-            d = i + 1;
-            if (i < last) {
-                settype(i + 2, 2);
-                s.dip(i + 2).L = value(i + 1);
-                d = i + 2;
-            }
-        } else {
-            settype(i + 2, 2);
-            s.dip(i + 2).L = value(i);
-            d = i + 2;
-            if (i < last) {
-                settype(i + 3, 33);
-                s.dip(i + 3).C = value(i + 1);
-                d = i + 3;
-            }
+        const int at = cfirst ? i + 1 : i + 2;
+        settype(at, cfirst ? 33 : 2);
+        if (cfirst) s.dip(at).C = value(i);
+        else s.dip(at).L = value(i);
+        d = at;
+        if (i < last) {
+            settype(at + 1, cfirst ? 2 : 33);
+            if (cfirst) s.dip(at + 1).L = value(i + 1);
+            else s.dip(at + 1).C = value(i + 1);
+            d = at + 1;
         }
     }
     if (wireend) settype(++d, 6);

@@ -6,6 +6,11 @@ namespace zelk {
 
 // Lays g[1..order] out as a Pi or T low-pass ladder between Zin and Zout; sets r0.
 void schematicrealize();
+// Lays the prototype g[1..last] of slot curslot out as a ladder: alternating shunt
+// capacitors and series inductors from dipole 2 (cfirst) or after an open shunt place,
+// the list read forwards or from its end, a wire place before the load when wireend,
+// then the load resistor zout; sets dipolecount.
+void layladder(int last, bool cfirst, bool forwards, bool wireend, double zout);
 void LPtoLP();
 void LPtoHP();
 void LPtoBP();
