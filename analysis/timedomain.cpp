@@ -10,11 +10,6 @@ namespace zelk {
 
 namespace {
 
-// The host's division: x/0 is "Division by zero", 0/0 "Overflow".
-double divide(double a, double b) {
-    if (b == 0) raisefault(a == 0 ? 6 : 11);
-    return a / b;
-}
 
 // One walk at wA; false when the walk was aborted.
 bool walkat(int s, double w) {
@@ -23,11 +18,24 @@ bool walkat(int s, double w) {
     return !store.abortanalysis;
 }
 
+// Harmonic k of a pulse train of duty cycle D, from the walk just made: the direct term
+// is the mean, the others the pulse's sin(a)/a spectrum; sh shifts the pulse in time.
+void pulseharmonic(Harmonics& h, int k, double D, double sh) {
+    const double V = walk.Vratio;
+    if (k == 0) {
+        h.hamp[0] = V * D;
+    } else {
+        const double a = k * PI * D;
+        h.hamp[k] = hdiv((V + V) * D * std::sin(a), a);
+    }
+    h.hph[k] = walk.Vphase - k * sh;
+}
+
 } // namespace
 
 bool harmonicpass(TimeKind kind, int s, double T, double D, double wT, Harmonics& h) {
     h = Harmonics{};
-    const double w1 = divide(TWOPI, T);
+    const double w1 = hdiv(TWOPI, T);
     switch (kind) {
     case TimeKind::Impulse:
     case TimeKind::Step:
@@ -47,33 +55,19 @@ bool harmonicpass(TimeKind kind, int s, double T, double D, double wT, Harmonics
             double w = k == 0 ? TWOPI : k * w1;
             h.hw[k] = w;
             if (!walkat(s, w)) return false;
-            double V = walk.Vratio;
-            if (k == 0) {
-                h.hamp[0] = V * D;
-            } else {
-                double a = k * PI * D;
-                h.hamp[k] = divide((V + V) * D * std::sin(a), a);
-            }
-            h.hph[k] = walk.Vphase - k * sh;
+            pulseharmonic(h, k, D, sh);
         }
         return true;
     }
     case TimeKind::TonePulse: {
-        const double wS = divide(TWOPI, T);
+        const double wS = hdiv(TWOPI, T);
         const double sh = (wS * D * T) / 2;
         for (int k = 0; k <= HARMONICS; ++k) {
             // Only the upper sideband of the tone is sampled, shifted down to base band.
             double w = k == 0 ? wT : wT + k * wS;
             h.hw[k] = k == 0 ? 0 : k * wS;
             if (!walkat(s, w)) return false;
-            double V = walk.Vratio;
-            if (k == 0) {
-                h.hamp[0] = V * D;
-            } else {
-                double a = k * PI * D;
-                h.hamp[k] = divide((V + V) * D * std::sin(a), a);
-            }
-            h.hph[k] = walk.Vphase - k * sh;
+            pulseharmonic(h, k, D, sh);
         }
         return true;
     }

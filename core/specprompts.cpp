@@ -1,9 +1,9 @@
 #include "core/specprompts.h"
+#include "core/hostmath.h"
 
 #include <cmath>
 #include <string>
 
-#include "core/checkedmath.h"
 #include "core/designflow.h"
 #include "core/designstore.h"
 #include "core/desktop.h"

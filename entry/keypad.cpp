@@ -6,6 +6,7 @@
 
 #include "core/commands.h"
 #include "core/designstore.h"
+#include "core/hostmath.h"
 #include "core/desktop.h"
 #include "entry/notation.h"
 #include "entry/panel.h"
@@ -31,11 +32,6 @@ const Key keys[30] = {
     {"*", "multiply"}, {"/", "divide"},   {"=", "equals"},    {"%", "percent"},
     {"x\xC2\xB2", "Squared"}, {"\xE2\x88\x9A", "square root"}};
 
-// The division of the host: x/0 is "Division by zero", 0/0 "Overflow".
-double divide(double a, double b) {
-    if (b == 0) raisefault(a == 0 ? 6 : 11);
-    return a / b;
-}
 
 bool endspercent(const std::string& t) { return !t.empty() && t.back() == '%'; }
 
@@ -46,7 +42,7 @@ bool productterm(const std::string& t) {
     Getdata& p = getdata;
     double v = parsevalue(std::string_view(t).substr(1));
     if (t[0] == '*') p.calcterm = endspercent(t) ? p.calcterm * v / 100 : p.calcterm * v;
-    else p.calcterm = endspercent(t) ? divide(p.calcterm, v) * 100 : divide(p.calcterm, v);
+    else p.calcterm = endspercent(t) ? hdiv(p.calcterm, v) * 100 : hdiv(p.calcterm, v);
     return true;
 }
 

@@ -1,8 +1,8 @@
 #include "synthesis/bwcheby.h"
+#include "core/hostmath.h"
 
 #include <cmath>
 
-#include "core/checkedmath.h"
 #include "core/designstore.h"
 #include "core/desktop.h"
 

@@ -1,8 +1,8 @@
 #include "synthesis/ellipticproto.h"
+#include "core/hostmath.h"
 
 #include <cmath>
 
-#include "core/checkedmath.h"
 #include "core/designflow.h"
 #include "core/designstore.h"
 #include "core/desktop.h"

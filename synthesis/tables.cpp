@@ -1,11 +1,11 @@
 #include "synthesis/tables.h"
+#include "core/hostmath.h"
 
 #include "synthesis/transforms.h"
 
 #include <cmath>
 #include <string>
 
-#include "core/checkedmath.h"
 #include "core/designflow.h"
 #include "core/designstore.h"
 #include "core/desktop.h"

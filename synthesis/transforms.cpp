@@ -1,8 +1,8 @@
 #include "synthesis/transforms.h"
+#include "core/hostmath.h"
 
 #include <cmath>
 
-#include "core/checkedmath.h"
 #include "core/designflow.h"
 #include "core/designstore.h"
 
