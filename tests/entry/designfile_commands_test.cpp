@@ -16,9 +16,11 @@
 #include "entry/designfiles.h"
 #include "schematic/schematicview.h"
 #include "shell/frame.h"
+#include "entry/designfilesupport.h"
 #include "testsupport.h"
 
 using namespace zelk;
+using zelk::test::expectsame;
 namespace fs = std::filesystem;
 
 namespace {
@@ -69,51 +71,6 @@ std::pair<int, int> origin(const Dipole& p) {
     return {r / 1000, r % 1000};
 }
 
-// The value a file keeps: 15 significant digits, by the C library in the "C" locale.
-double fifteen(double v) {
-    char buf[64];
-    std::snprintf(buf, sizeof buf, "%.14e", v);
-    double r = std::strtod(buf, nullptr);
-    return std::isinf(r) ? std::copysign(std::numeric_limits<double>::max(), v) : r;
-}
-
-// Slot b holds what slot a held, to the 15 digits of the file.
-void expectsame(const DesignSlot& a, const Number& wa, const DesignSlot& b) {
-    EXPECT_EQ(b.title, a.title);
-    EXPECT_EQ(b.designtitle, a.designtitle);
-    EXPECT_EQ(b.code, a.code);
-    const Number DesignSlot::*numbers[] = {
-        &DesignSlot::order, &DesignSlot::Astop, &DesignSlot::Apass, &DesignSlot::Zin, &DesignSlot::Zout,
-        &DesignSlot::r0,    &DesignSlot::w0,    &DesignSlot::w1,    &DesignSlot::w2,  &DesignSlot::w3,
-        &DesignSlot::w4,    &DesignSlot::bw,    &DesignSlot::Ls,    &DesignSlot::Cs,  &DesignSlot::Cp,
-        &DesignSlot::Qx,    &DesignSlot::Rs,    &DesignSlot::Fs,    &DesignSlot::Fp,  &DesignSlot::Fbw,
-        &DesignSlot::dipolecount};
-    int i = 0;
-    for (auto m : numbers) {
-        SCOPED_TRACE("header number " + std::to_string(i++));
-        EXPECT_EQ((b.*m).empty(), (a.*m).empty());
-        EXPECT_EQ((b.*m).value(), fifteen((a.*m).value()));
-    }
-    EXPECT_EQ(store.wA.empty(), wa.empty());
-    EXPECT_EQ(store.wA.value(), fifteen(wa.value()));
-    for (int k = 1; k <= a.count(); ++k) {
-        SCOPED_TRACE("dipole " + std::to_string(k));
-        const Dipole& p = a.dip(k);
-        const Dipole& r = b.dip(k);
-        EXPECT_EQ(r.type, p.type);
-        EXPECT_EQ(r.Lcore, p.Lcore);
-        EXPECT_EQ(r.Lacore, p.Lacore);
-        const double Dipole::*fields[] = {&Dipole::R,      &Dipole::C,       &Dipole::L,      &Dipole::Qu,
-                                          &Dipole::K,      &Dipole::Lform,   &Dipole::Lawg,   &Dipole::Lturns,
-                                          &Dipole::Llength, &Dipole::Ca,     &Dipole::La,     &Dipole::Qa,
-                                          &Dipole::Kspare, &Dipole::Laform,  &Dipole::Laawg,  &Dipole::Laturns,
-                                          &Dipole::Lalength, &Dipole::Ls,    &Dipole::Cs,     &Dipole::Cp,
-                                          &Dipole::Rs,     &Dipole::Qx};
-        for (auto f : fields) EXPECT_EQ(r.*f, fifteen(p.*f));
-    }
-}
-
-// Two designs laid into files: a.sch with 8 dipoles (tag 1), b.sch with 6 (tag 2).
 void twofiles(const fs::path& dir) {
     ladder(0, 8, 1);
     store.wA = 111;

@@ -12,9 +12,12 @@
 
 #include "core/designstore.h"
 #include "entry/designfiles.h"
+#include "entry/designfilesupport.h"
 #include "testsupport.h"
 
 using namespace zelk;
+using zelk::test::expectsame;
+using zelk::test::fifteen;
 
 namespace {
 
@@ -73,17 +76,6 @@ void smalldesign() {
     b.type = 31;
     b.R = 1.0 / 3.0;
     b.C = 1e-10;
-}
-
-// The value a file keeps: the double rounded to 15 significant digits, worked out with
-// the C library in the "C" locale (an independent route from the program's own). The
-// largest doubles round beyond the range and come back as the largest.
-double fifteen(double v) {
-    char buf[64];
-    std::snprintf(buf, sizeof buf, "%.14e", v);
-    double r = std::strtod(buf, nullptr);
-    if (std::isinf(r)) return std::copysign(std::numeric_limits<double>::max(), v);
-    return r;
 }
 
 } // namespace
@@ -165,42 +157,7 @@ TEST(DesignFile, RoundTripKeepsFifteenDigitsTextsAndEmptyNumbers) {
     store.wA = -1;
     readdesign(text, 1);
     const DesignSlot& e = slot(1);
-    EXPECT_EQ(e.title, d.title);
-    EXPECT_EQ(e.designtitle, d.designtitle);
-    EXPECT_EQ(e.code, d.code);
-    const Number DesignSlot::*numbers[] = {&DesignSlot::order, &DesignSlot::Astop, &DesignSlot::Apass,
-                                           &DesignSlot::Zin,   &DesignSlot::Zout,  &DesignSlot::r0,
-                                           &DesignSlot::w0,    &DesignSlot::w1,    &DesignSlot::w2,
-                                           &DesignSlot::w3,    &DesignSlot::w4,    &DesignSlot::bw,
-                                           &DesignSlot::Ls,    &DesignSlot::Cs,    &DesignSlot::Cp,
-                                           &DesignSlot::Qx,    &DesignSlot::Rs,    &DesignSlot::Fs,
-                                           &DesignSlot::Fp,    &DesignSlot::Fbw,   &DesignSlot::dipolecount};
-    int field = 0;
-    for (auto m : numbers) {
-        SCOPED_TRACE(field++);
-        EXPECT_EQ((e.*m).empty(), (d.*m).empty());
-        if (!(d.*m).empty()) {
-            EXPECT_EQ((e.*m).value(), fifteen((d.*m).value()));
-        }
-    }
-    EXPECT_TRUE(e.Apass.empty());
-    EXPECT_TRUE(e.Cp.empty());
-    EXPECT_EQ(store.wA.value(), fifteen(12345.678901234567));
-    for (int k = 1; k <= 32; ++k) {
-        SCOPED_TRACE(k);
-        const Dipole& p = d.dip(k);
-        const Dipole& q = e.dip(k);
-        EXPECT_EQ(q.type, p.type);
-        EXPECT_EQ(q.Lcore, p.Lcore);
-        EXPECT_EQ(q.Lacore, p.Lacore);
-        const double Dipole::*fields[] = {&Dipole::R,  &Dipole::C,       &Dipole::L,       &Dipole::Qu,
-                                          &Dipole::K,  &Dipole::Lform,   &Dipole::Lawg,    &Dipole::Lturns,
-                                          &Dipole::Llength, &Dipole::Ca, &Dipole::La,      &Dipole::Qa,
-                                          &Dipole::Kspare, &Dipole::Laform, &Dipole::Laawg, &Dipole::Laturns,
-                                          &Dipole::Lalength, &Dipole::Ls, &Dipole::Cs,     &Dipole::Cp,
-                                          &Dipole::Rs, &Dipole::Qx};
-        for (auto f : fields) EXPECT_EQ(q.*f, fifteen(p.*f));
-    }
+    expectsame(d, Number(12345.678901234567), e, 32);
     // A second pass writes the very same text: nothing drifts.
     EXPECT_EQ(designfiletext(1), text);
 }
