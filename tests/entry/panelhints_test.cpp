@@ -105,53 +105,37 @@ TEST(PanelHints, RestoreDefaultsByCode) {
     d.dipolecount = 4;
     d.dip(1).R = 50;
     d.dip(4).R = 50;
-    auto restore = [&](const std::string& code) {
-        d.code = code;
+    // Rows with these labels (and texts), restored; their texts joined by "|".
+    auto restore = [](std::initializer_list<const char*> labels) {
         panelclear();
-        panelrow(0, "Freq 1 =", "");
-        panelrow(1, "Freq 2 =", "");
-        panelrow(2, "db1 =", "");
-        panelrow(3, "db2 =", "");
+        int i = 0;
+        for (const char* l : labels) panelrow(i++, l, "");
         restore_Click();
-        return paneltext(0) + "|" + paneltext(1) + "|" + paneltext(2) + "|" + paneltext(3);
+        std::string out;
+        for (int k = 0; k < i; ++k) out += (k ? "|" : "") + paneltext(k);
+        return out;
+    };
+    auto gain = [&](const std::string& code) {
+        d.code = code;
+        return restore({"Freq 1 =", "Freq 2 =", "db1 =", "db2 ="});
     };
     // LP/HP: w0/pi/20 and w2/pi*5 through roundvalue (1 MHz, 100 MHz).
-    EXPECT_EQ(restore("BLP"), "1M|100M|0|-80");
-    EXPECT_EQ(restore("CHP"), "1M|100M|0|-80");
+    EXPECT_EQ(gain("BLP"), "1M|100M|0|-80");
+    EXPECT_EQ(gain("CHP"), "1M|100M|0|-80");
     // BP/BR: w2/pi/10 and w3/pi*2.5; the table codes use w1 and w2.
-    EXPECT_EQ(restore("CBP"), "2M|55M|0|-80");
-    EXPECT_EQ(restore("TBR"), "1M|50M|0|-80");
+    EXPECT_EQ(gain("CBP"), "2M|55M|0|-80");
+    EXPECT_EQ(gain("TBR"), "1M|50M|0|-80");
     // CR and CL in engineering format, unrounded.
-    EXPECT_EQ(restore("BCR"), "5.M|20.M|0|-80");
-    EXPECT_EQ(restore("BCL"), "9.8M|10.2M|0|-80");
-    EXPECT_EQ(restore("ENT"), "2M|100M|0|-80");
+    EXPECT_EQ(gain("BCR"), "5.M|20.M|0|-80");
+    EXPECT_EQ(gain("BCL"), "9.8M|10.2M|0|-80");
+    EXPECT_EQ(gain("ENT"), "2M|100M|0|-80");
     d.Astop = 0;
-    EXPECT_EQ(restore("BLP"), "1M|100M|0|-60");
+    EXPECT_EQ(gain("BLP"), "1M|100M|0|-60");
     store.help1 = "Return Loss";
-    EXPECT_EQ(restore("BLP"), "1M|100M|0|240");
-    // Impedance, angle and time rows.
-    panelclear();
-    panelrow(0, "Zin =", "");
-    panelrow(1, "Zout =", "");
-    panelrow(2, "Z1 =", "");
-    panelrow(3, "Z2 =", "");
-    panelrow(4, "DC%=", "");
-    restore_Click();
-    EXPECT_EQ(paneltext(0), "50");
-    EXPECT_EQ(paneltext(1), "50");
-    EXPECT_EQ(paneltext(2), "1.");
-    EXPECT_EQ(paneltext(3), "1K");
-    EXPECT_EQ(paneltext(4), "50");
-    panelclear();
-    panelrow(0, "FM =", "");
-    panelrow(1, "Time =", "");
-    panelrow(2, "A1 =", "");
-    panelrow(3, "A2 =", "");
-    restore_Click();
-    EXPECT_EQ(paneltext(0), "100M");
-    EXPECT_EQ(paneltext(1), "0u"); // 0.5 us as ".5u" truncates to 0
-    EXPECT_EQ(paneltext(2), "-360");
-    EXPECT_EQ(paneltext(3), "360");
+    EXPECT_EQ(gain("BLP"), "1M|100M|0|240");
+    // Impedance, angle and time rows; 0.5 us shows as ".5u", which truncates to 0.
+    EXPECT_EQ(restore({"Zin =", "Zout =", "Z1 =", "Z2 =", "DC%="}), "50|50|1.|1K|50");
+    EXPECT_EQ(restore({"FM =", "Time =", "A1 =", "A2 ="}), "100M|0u|-360|360");
     // Set as Defaults stores what the rows hold.
     panelclear();
     panelrow(0, "Freq 1 =", "2M");
