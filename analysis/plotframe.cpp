@@ -7,7 +7,7 @@
 #include "core/commands.h"
 #include "core/desktop.h"
 #include "core/surface.h"
-#include "entry/notation.h"
+#include "core/notation.h"
 
 namespace zelk {
 

@@ -5,7 +5,7 @@
 
 #include "core/commands.h"
 #include "core/desktop.h"
-#include "entry/notation.h"
+#include "core/notation.h"
 #include "entry/panel.h"
 #include "schematic/report.h"
 
@@ -48,14 +48,6 @@ PlotForm* const allplots[] = {&plotPEG, &plotPIG, &plotVEG,   &plotVIG, &plotCEG
                               &plotCIG, &plotZin, &plotZout,  &PLOTRL,  &PLOTPHASE,
                               &PLOTGD,  &PLOTIR,  &PLOTSR,    &PLOTPR,  &PLOTTP};
 
-const bool resetter = registerresetter([] {
-    plotshared = PlotShared{};
-    for (PlotForm* p : allplots) {
-        p->loaded = p->visible = false;
-        p->surface = nullptr; // the desktop that gave it is gone
-        p->reset();
-    }
-});
 
 // Pictures of the plot prompts in the panel's store (after the response sketches and
 // configuration pictures, which end at 52).
@@ -151,8 +143,8 @@ bool getimpdata(PlotForm& p) {
         double r1 = dipole(0, 1).R;
         int last = s.count();
         double rn = last >= 1 && last <= MAXDIPOLE ? dipole(0, last).R : 0;
-        double z1 = r1 > 0 ? std::pow(10.0, Int(std::log10(r1 / 10))) : 1;
-        double z2 = rn > 0 ? std::pow(10.0, Int(std::log10(rn * 10) + 0.99)) : 1000;
+        double z1 = r1 > 0 ? std::pow(10.0, Int(log10host(r1 / 10))) : 1;
+        double z2 = rn > 0 ? std::pow(10.0, Int(log10host(rn * 10) + 0.99)) : 1000;
         panelrow(2, "Z1 =", offered(firstset(plotdefaults.defaultz1, 0, z1)), "Low plot impedance");
         panelrow(3, "Z2 =", offered(firstset(plotdefaults.defaultz2, 0, z2)), "High plot impedance");
         panelplotbuttons(true);
@@ -261,6 +253,15 @@ const char* const steplines34[2] = {
     "Use Tone Pulse Response for testing narrow band-pass filters."};
 
 } // namespace
+
+void resetplots() {
+    plotshared = PlotShared{};
+    for (PlotForm* p : allplots) {
+        p->loaded = p->visible = false;
+        p->surface = nullptr; // the desktop that gave it is gone
+        p->reset();
+    }
+}
 
 void PEG_Click() {
     frequencycommand(plotPEG, getplotdata,
@@ -399,76 +400,20 @@ void printplot(PlotForm& w) {
         if (Control* c = w.find(n)) c->visible = true;
 }
 
-namespace {
-
 void clipplot(PlotForm& w) {
     if (!w.loaded) return;
     desktop().clipboardwindow(w);
 }
 
-template <PlotForm* P> void printentry() { printplot(*P); }
-template <PlotForm* P> void clipentry() { clipplot(*P); }
-
-const bool registered = [] {
-    registercommand("PEG", PEG_Click);
-    registercommand("PIG", PIG_Click);
-    registercommand("VEG", VEG_Click);
-    registercommand("VIG", VIG_Click);
-    registercommand("CEG", CEG_Click);
-    registercommand("CIG", CIG_Click);
-    registercommand("inputz", inputz_Click);
-    registercommand("outputz", outputz_Click);
-    registercommand("RL", RL_Click);
-    registercommand("PHA", PHA_Click);
-    registercommand("GD", GD_Click);
-    registercommand("IR", IR_Click);
-    registercommand("USR", USR_Click);
-    registercommand("pr", pr_Click);
-    registercommand("TPR", TPR_Click);
-    registercommand("pPEG", printentry<&plotPEG>);
-    registercommand("pPIG", printentry<&plotPIG>);
-    registercommand("pVEG", printentry<&plotVEG>);
-    registercommand("pVIG", printentry<&plotVIG>);
-    registercommand("pCEG", printentry<&plotCEG>);
-    registercommand("pCIG", printentry<&plotCIG>);
-    registercommand("pZin", printentry<&plotZin>);
-    registercommand("pZout", printentry<&plotZout>);
-    registercommand("pRL", printentry<&PLOTRL>);
-    registercommand("pPhase", printentry<&PLOTPHASE>);
-    registercommand("pGD", printentry<&PLOTGD>);
-    registercommand("pIR", printentry<&PLOTIR>);
-    registercommand("pUSR", printentry<&PLOTSR>);
-    registercommand("pPR", printentry<&PLOTPR>);
-    registercommand("pTPR", printentry<&PLOTTP>);
-    registercommand("cPEG", clipentry<&plotPEG>);
-    registercommand("cPIG", clipentry<&plotPIG>);
-    registercommand("cVEG", clipentry<&plotVEG>);
-    registercommand("cVIG", clipentry<&plotVIG>);
-    registercommand("cCEG", clipentry<&plotCEG>);
-    registercommand("cCIG", clipentry<&plotCIG>);
-    registercommand("cZin", clipentry<&plotZin>);
-    registercommand("cZout", clipentry<&plotZout>);
-    registercommand("cRL", clipentry<&PLOTRL>);
-    registercommand("cPhase", clipentry<&PLOTPHASE>);
-    registercommand("cGD", clipentry<&PLOTGD>);
-    registercommand("cIR", clipentry<&PLOTIR>);
-    registercommand("cUSR", clipentry<&PLOTSR>);
-    registercommand("cPR", clipentry<&PLOTPR>);
-    registercommand("cTPR", clipentry<&PLOTTP>);
-    // dump curve PLOT: the values of the last pass, one line per point.
-    registerdump("curve", [](const std::vector<std::string>& args, std::ostream& out) {
-        if (args.size() != 1) return false;
-        PlotForm* p = findplot(args[0]);
-        if (!p) return false;
-        for (int s = 0; s < p->passslots; ++s)
-            for (int i = 0; i < SWEEPPOINTS; ++i)
-                out << s << ' ' << i << ' ' << roundtrip(p->xs[static_cast<size_t>(s)][static_cast<size_t>(i)])
-                    << ' ' << roundtrip(p->values[static_cast<size_t>(s)][static_cast<size_t>(i)]) << '\n';
-        return true;
-    });
+bool dumpcurve(const std::vector<std::string>& args, std::ostream& out) {
+    if (args.size() != 1) return false;
+    PlotForm* p = findplot(args[0]);
+    if (!p) return false;
+    for (int s = 0; s < p->passslots; ++s)
+        for (int i = 0; i < SWEEPPOINTS; ++i)
+            out << s << ' ' << i << ' ' << roundtrip(p->xs[static_cast<size_t>(s)][static_cast<size_t>(i)])
+                << ' ' << roundtrip(p->values[static_cast<size_t>(s)][static_cast<size_t>(i)]) << '\n';
     return true;
-}();
-
-} // namespace
+}
 
 } // namespace zelk

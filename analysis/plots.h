@@ -2,6 +2,10 @@
 // prompts, defaults, checks and help lines, and the print and clipboard entries of each.
 #pragma once
 
+#include <ostream>
+#include <string>
+#include <vector>
+
 #include "analysis/plotframe.h"
 
 namespace zelk {
@@ -29,5 +33,11 @@ void TPR_Click();
 
 // Prints a plot window with its buttons hidden, and shows them again.
 void printplot(PlotForm& w);
+// Puts a plot window on the clipboard.
+void clipplot(PlotForm& w);
+// Resets the plot forms and their shared values to program start.
+void resetplots();
+// dump curve PLOT: the values of the last pass, one line per point.
+bool dumpcurve(const std::vector<std::string>& args, std::ostream& out);
 
 } // namespace zelk

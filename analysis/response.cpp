@@ -31,11 +31,6 @@ void inputwalk(int s) {
 
 } // namespace
 
-double log10host(double x) {
-    if (!(x > 0)) raisefault(5);
-    return std::log(x) / std::log(10.0);
-}
-
 double sweepfrequency(double F1, double F2, int i, int npoints) {
     return (TWOPI * F1) * std::pow(F2 / F1, static_cast<double>(i) / npoints);
 }

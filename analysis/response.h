@@ -47,8 +47,4 @@ const char* responsename(Quantity q);
 // (6.283185308*F1) * ((F2/F1) ^ (i/npoints)).
 double sweepfrequency(double F1, double F2, int i, int npoints = 512);
 
-// log10 as the plots take it: ln(x)/ln(10); a non-positive argument raises the host's
-// "Invalid procedure call or argument" (5).
-double log10host(double x);
-
 } // namespace zelk

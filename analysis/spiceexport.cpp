@@ -9,7 +9,7 @@
 #include "core/commands.h"
 #include "core/designstore.h"
 #include "core/hostmath.h"
-#include "entry/notation.h"
+#include "core/notation.h"
 
 namespace zelk {
 
@@ -332,7 +332,7 @@ bool spicenetlist(int s, std::ostream& out, std::string& why, double F1, double 
         why = e.why;
         return false;
     }
-    double decades = std::log10(F2 / F1);
+    double decades = log10host(F2 / F1);
     long perdecade = std::lround(std::ceil(512 / decades));
     std::string title = sl.designtitle.empty() ? sl.title : sl.designtitle;
     out << "* " << (title.empty() ? std::string("ZELK filter") : title) << '\n';
@@ -346,8 +346,6 @@ bool spicenetlist(int s, std::ostream& out, std::string& why, double F1, double 
     out << ".end\n";
     return true;
 }
-
-namespace {
 
 bool exportspice(const std::vector<std::string>& args, std::ostream& err) {
     if (args.empty() || args.size() == 2 || args.size() > 3) {
@@ -381,9 +379,5 @@ bool exportspice(const std::vector<std::string>& args, std::ostream& err) {
     }
     return true;
 }
-
-const bool registered = registerexport("spice", exportspice);
-
-} // namespace
 
 } // namespace zelk

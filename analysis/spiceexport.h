@@ -7,6 +7,7 @@
 
 #include <ostream>
 #include <string>
+#include <vector>
 
 namespace zelk {
 
@@ -14,5 +15,7 @@ namespace zelk {
 // design's frequencies. False, with the reason in `why`, when a dipole has no plain-part
 // form or a zero part: nothing usable is written then.
 bool spicenetlist(int s, std::ostream& out, std::string& why, double F1 = 0, double F2 = 0);
+// The batch verb: export spice FILE [F1 F2]; messages to err.
+bool exportspice(const std::vector<std::string>& args, std::ostream& err);
 
 } // namespace zelk

@@ -23,11 +23,6 @@ inline double arm_angle(double y, double x) {
     return std::atan(y / x);
 }
 
-bool resetwalk() {
-    return registerresetter([] { walk = WalkValues{}; });
-}
-const bool resetterregistered = resetwalk();
-
 } // namespace
 
 void forwardwalk(int s) {

@@ -1,20 +1,18 @@
-# zelk_subsystem(NAME): an object library of every .cpp in the current folder.
+# zelk_subsystem(NAME [DEPS LIB...]): a static library of every .cpp in the current
+# folder, linking only the folder libraries below it in the layer order. A call from a
+# lower folder into a higher one fails at link time.
 function(zelk_subsystem name)
+  cmake_parse_arguments(Z "" "" "DEPS" ${ARGN})
   file(GLOB srcs CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
-  if(NOT srcs)
-    # A subsystem with no routines yet still makes its (empty) library.
-    file(WRITE ${CMAKE_CURRENT_BINARY_DIR}/${name}_empty.cpp "")
-    set(srcs ${CMAKE_CURRENT_BINARY_DIR}/${name}_empty.cpp)
-  endif()
-  add_library(${name} OBJECT ${srcs})
+  add_library(${name} STATIC ${srcs})
   target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR})
-  target_link_libraries(${name} PUBLIC zelk_flags)
+  target_link_libraries(${name} PUBLIC zelk_flags ${Z_DEPS})
 endfunction()
 
-# zelk_link_logic(TARGET): links the whole logic archive, so that every window and
-# command that registers itself at start-up is present.
+# zelk_link_logic(TARGET): links the top of the logic (the shell, and through it every
+# folder below).
 function(zelk_link_logic target)
-  target_link_libraries(${target} PRIVATE "$<LINK_LIBRARY:WHOLE_ARCHIVE,zelklogic>" zelk_flags)
+  target_link_libraries(${target} PRIVATE zf_shell zelk_flags)
   target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR})
 endfunction()
 

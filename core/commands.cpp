@@ -1,42 +1,38 @@
 #include "core/commands.h"
 
-#include <map>
-
 #include "core/desktop.h"
 #include "core/designstore.h"
 #include "core/hostmath.h"
-#include "shell/frame.h"
+#include "core/framestate.h"
 
 namespace zelk {
 
 namespace {
-std::vector<Command>& table() {
+CommandTables installed;
+std::vector<Command>& extras() {
     static std::vector<Command> t;
     return t;
 }
-std::map<std::string, DumpHandler, std::less<>>& dumps() {
-    static std::map<std::string, DumpHandler, std::less<>> d;
-    return d;
-}
-std::map<std::string, ExportHandler, std::less<>>& exports() {
-    static std::map<std::string, ExportHandler, std::less<>> e;
-    return e;
-}
 } // namespace
 
+void installcommandtables(const CommandTables& t) { installed = t; }
+
 bool registercommand(std::string name, void (*run)(), CommandKind kind) {
-    for (Command& c : table())
+    for (Command& c : extras())
         if (c.name == name) {
             c.run = run;
             c.kind = kind;
             return true;
         }
-    table().push_back({std::move(name), run, kind});
+    extras().push_back({std::move(name), run, kind});
     return true;
 }
 
 const Command* findcommand(std::string_view name) {
-    for (const Command& c : table())
+    if (installed.commands)
+        for (const Command& c : *installed.commands)
+            if (c.name == name) return &c;
+    for (const Command& c : extras())
         if (c.name == name) return &c;
     return nullptr;
 }
@@ -115,24 +111,18 @@ std::string dumptext(const std::string& s) {
     return o + "\"";
 }
 
-bool registerdump(std::string what, DumpHandler h) {
-    dumps()[std::move(what)] = h;
-    return true;
-}
-
 DumpHandler finddump(std::string_view what) {
-    auto it = dumps().find(what);
-    return it == dumps().end() ? nullptr : it->second;
-}
-
-bool registerexport(std::string kind, ExportHandler h) {
-    exports()[std::move(kind)] = h;
-    return true;
+    if (installed.dumps)
+        for (const DumpEntry& d : *installed.dumps)
+            if (what == d.what) return d.handler;
+    return nullptr;
 }
 
 ExportHandler findexport(std::string_view kind) {
-    auto it = exports().find(kind);
-    return it == exports().end() ? nullptr : it->second;
+    if (installed.exports)
+        for (const ExportEntry& e : *installed.exports)
+            if (kind == e.kind) return e.handler;
+    return nullptr;
 }
 
 } // namespace zelk

@@ -1,6 +1,6 @@
-// The dispatch table: every menu item, pop-up item and button of the frame that runs a
-// command registers its routine here under its control name, and the menu model holds
-// the captions, enabled and checked states that the frame logic sets. The desktop and
+// The dispatch of commands: the shell installs its one command table (control name ->
+// routine) here, and the menu model holds the captions, enabled and checked states that
+// the frame logic sets. The desktop and
 // the batch runner both run commands through runcommand, which turns a run-time fault
 // into a message box and leaves the store as the command's own cancel path would.
 #pragma once
@@ -26,8 +26,32 @@ struct Command {
     CommandKind kind;
 };
 
-bool registercommand(std::string name, void (*run)(), CommandKind kind = CommandKind::Plain);
+// Batch output: "dump WHAT ARGS" and "export KIND WINDOW FILE" handlers, served by the
+// folders that own the data. A handler returns false for arguments it cannot serve.
+using DumpHandler = bool (*)(const std::vector<std::string>& args, std::ostream& out);
+using ExportHandler = bool (*)(const std::vector<std::string>& args, std::ostream& err);
+struct DumpEntry {
+    const char* what;
+    DumpHandler handler;
+};
+struct ExportEntry {
+    const char* kind;
+    ExportHandler handler;
+};
+
+// The tables the shell installs at reset.
+struct CommandTables {
+    const std::vector<Command>* commands = nullptr;
+    const std::vector<DumpEntry>* dumps = nullptr;
+    const std::vector<ExportEntry>* exports = nullptr;
+};
+void installcommandtables(const CommandTables& t);
+
+// A command by control name: the installed table first, then any added at run time.
 const Command* findcommand(std::string_view name);
+// Adds a command at run time (tests add commands of their own); a name of the table is
+// served by the table.
+bool registercommand(std::string name, void (*run)(), CommandKind kind = CommandKind::Plain);
 
 // Runs a command; a run-time fault shows the host's box ("Run-time error '11':",
 // "Division by zero") and, by the command's kind, abandons the design or restores the
@@ -64,13 +88,7 @@ void setchecked(std::string_view name, bool on);
 // break (CR, LF or CR LF) written as \n.
 std::string dumptext(const std::string& s);
 
-// Batch output: "dump WHAT ARGS" and "export KIND WINDOW FILE" handlers, registered by the
-// subsystems that own the data. A handler returns false for arguments it cannot serve.
-using DumpHandler = bool (*)(const std::vector<std::string>& args, std::ostream& out);
-bool registerdump(std::string what, DumpHandler h);
 DumpHandler finddump(std::string_view what);
-using ExportHandler = bool (*)(const std::vector<std::string>& args, std::ostream& err);
-bool registerexport(std::string kind, ExportHandler h);
 ExportHandler findexport(std::string_view kind);
 
 } // namespace zelk

@@ -2,17 +2,11 @@
 
 #include <vector>
 
-#include "schematic/schematicview.h"
-#include "shell/frame.h"
+#include "core/framestate.h"
 
 namespace zelk {
 
 namespace {
-std::vector<Resetter>& resetters() {
-    static std::vector<Resetter> r;
-    return r;
-}
-
 void cleardipoleof(int s, int d) {
     Dipole& p = dipole(s, d);
     p.R = p.C = p.Ca = p.L = p.Qu = p.K = 0;
@@ -22,18 +16,7 @@ void cleardipoleof(int s, int d) {
     p.Lcore.clear();
     p.Lacore.clear();
 }
-
-const bool registered = registerresetter([] { store = DesignStore{}; });
 } // namespace
-
-bool registerresetter(Resetter r) {
-    resetters().push_back(r);
-    return true;
-}
-
-void resetall() {
-    for (Resetter r : resetters()) r();
-}
 
 void startvalues(int s) {
     DesignSlot& d = slot(s);
@@ -58,8 +41,10 @@ void startvalues(int s) {
 void cleardipole(int d) { cleardipoleof(store.curslot, d); }
 
 void clearall() {
-    schematicclear(1);
-    schematicclear(0);
+    if (schematichooks.clear) {
+        schematichooks.clear(1);
+        schematichooks.clear(0);
+    }
     DesignSlot& s0 = slot(0);
     s0.title.clear();
     s0.designtitle.clear();

@@ -141,10 +141,4 @@ void clearall();
 // Sets the four help lines and shows them.
 void sethelp(std::string h1, std::string h2, std::string h3, std::string h4);
 
-// Resets every process-wide table of the program to its state at program start, through
-// the resetters that each owner registers. For tests and the batch runner.
-void resetall();
-using Resetter = void (*)();
-bool registerresetter(Resetter r);
-
 } // namespace zelk

@@ -3,7 +3,6 @@
 #include <cfenv>
 #include <cmath>
 
-#include "analysis/walkers.h"
 #include "core/designstore.h"
 #include "core/desktop.h"
 #include "core/hostmath.h"

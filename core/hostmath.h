@@ -67,6 +67,9 @@ inline double hlog(double x) {
     if (!(x > 0)) raisefault(5);
     return std::log(x);
 }
+// Base-10 logarithm as the host defines it, ln(x)/ln(10) (the library's log10 can differ
+// in the last bit); fault 5 for x <= 0.
+inline double log10host(double x) { return hlog(x) / std::log(10.0); }
 // Square root: fault 5 for x < 0.
 inline double hsqr(double x) {
     if (!(x >= 0)) raisefault(5);

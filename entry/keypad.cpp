@@ -8,7 +8,7 @@
 #include "core/designstore.h"
 #include "core/hostmath.h"
 #include "core/desktop.h"
-#include "entry/notation.h"
+#include "core/notation.h"
 #include "entry/panel.h"
 
 namespace zelk {

@@ -3,16 +3,15 @@
 #include "core/commands.h"
 #include "core/designstore.h"
 #include "core/desktop.h"
-#include "entry/notation.h"
+#include "core/notation.h"
 
 namespace zelk {
 
-namespace {
-const bool registered = registerresetter([] {
+// Resets the panel and the plot defaults to program start.
+void resetpanel() {
     getdata.reset();
     plotdefaults = PlotDefaults{};
-});
-} // namespace
+}
 
 Getdata::Getdata() : Window("Getdata", "") { build(); }
 
@@ -200,9 +199,8 @@ bool panelshow() {
 double panelvalue(int i) { return parsevalue(getdata.getvalue(i).text); }
 const std::string& paneltext(int i) { return getdata.getvalue(i).text; }
 
-// The panel's dump for the batch runner.
-namespace {
-const bool dumpreg = registerdump("panel", [](const std::vector<std::string>&, std::ostream& out) {
+// The panel's rows, note and picture key, for the batch runner's dump.
+bool dumppanel(const std::vector<std::string>&, std::ostream& out) {
     for (int i = 0; i < PANELROWS; ++i) {
         Control& l = getdata.Label2(i);
         Control& v = getdata.getvalue(i);
@@ -212,7 +210,6 @@ const bool dumpreg = registerdump("panel", [](const std::vector<std::string>&, s
     out << "note=" << dumptext(getdata.note()) << '\n';
     out << "picture=" << dumptext(getdata.picturekey) << '\n';
     return true;
-});
-} // namespace
+}
 
 } // namespace zelk

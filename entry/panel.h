@@ -3,7 +3,9 @@
 // `cancelled` and reads the rows with parsevalue.
 #pragma once
 
+#include <ostream>
 #include <string>
+#include <vector>
 
 #include "core/window.h"
 
@@ -90,6 +92,10 @@ void panelplotbuttons(bool on);
 bool panelshow();
 // The row's value through parsevalue.
 double panelvalue(int i);
+// Resets the panel and the plot defaults to program start.
+void resetpanel();
+// The panel's rows, note and picture key, for the batch runner's dump.
+bool dumppanel(const std::vector<std::string>& args, std::ostream& out);
 const std::string& paneltext(int i);
 
 // Part of the panel given by the keypad and hints (entry/keypad.cpp, entry/panelhints.cpp).

@@ -5,7 +5,7 @@
 #include <cmath>
 
 #include "core/designstore.h"
-#include "entry/notation.h"
+#include "core/notation.h"
 #include "entry/panel.h"
 
 namespace zelk {

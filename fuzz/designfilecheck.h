@@ -8,7 +8,7 @@
 #include <string_view>
 
 #include "core/designstore.h"
-#include "entry/designfiles.h"
+#include "design/designfiles.h"
 
 namespace zelk::fuzz {
 

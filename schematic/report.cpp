@@ -8,14 +8,14 @@
 #include "core/dipoles.h"
 #include "core/hostmath.h"
 #include "core/surface.h"
-#include "entry/notation.h"
+#include "core/notation.h"
 #include "schematic/schematicview.h"
+#include "synthesis/pads.h"
 
 namespace zelk {
 
 namespace {
 
-const bool registered = registerresetter([] { report = ReportState{}; });
 
 SchematicWindow& win() { return schematicwindow(store.curslot); }
 Dipole& dip(int n) { return dipole(store.curslot, n); }
@@ -322,9 +322,9 @@ void titleblock() {
     else if (code == "PAD") kind = "PAD";
 
     if (kind == "PAD") {
-        double attn = titlesources.padattn ? *titlesources.padattn : 0;
-        double zin = titlesources.padZin ? *titlesources.padZin : dip(1).R;
-        double zout = titlesources.padZout ? *titlesources.padZout : dip(s.count()).R;
+        double attn = pad.padattn;
+        double zin = pad.padZin;
+        double zout = pad.padZout;
         partline(engformat(attn) + "db " + cap);
         partline("  Input Impedance = " + Str(zin) + " ohms");
         partline("  Output Impedance = " + Str(zout) + " ohms");
@@ -389,13 +389,10 @@ void titleblock() {
     w.setcolour(BLACK);
 }
 
-namespace {
 bool dumpreport(const std::vector<std::string>& args, std::ostream& out) {
     if (!args.empty()) return false;
     for (const std::string& line : report.lines) out << line << '\n';
     return true;
 }
-const bool dumpregistered = registerdump("report", dumpreport);
-} // namespace
 
 } // namespace zelk

@@ -3,6 +3,7 @@
 // block with the design's requirements and the component spreads.
 #pragma once
 
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -26,15 +27,6 @@ struct ReportState {
 };
 inline ReportState report;
 
-// Work values of the pad design that the title block shows: its attenuation and
-// terminations. The pad's owner points these at its values; unset, the attenuation reads
-// 0 and the terminations are the resistors of the first and last dipole.
-struct TitleSources {
-    const double* padattn = nullptr;
-    const double* padZin = nullptr;
-    const double* padZout = nullptr;
-};
-inline TitleSources titlesources;
 
 // Prints one listing line at the window's cursor, starting a new column at the foot of
 // the window.
@@ -52,5 +44,8 @@ void inductorline(int n);
 void inductoraline(int n);
 // The crystal of dipole n: its motional values (option Showxtal) or the one line "XTAL n".
 void crystallines(int n);
+
+// The report lines, for the batch runner's dump.
+bool dumpreport(const std::vector<std::string>& args, std::ostream& out);
 
 } // namespace zelk

@@ -6,11 +6,11 @@
 #include "core/desktop.h"
 #include "core/dipoles.h"
 #include "core/surface.h"
-#include "entry/notation.h"
+#include "core/notation.h"
 #include "schematic/dipolepictures.h"
 #include "schematic/report.h"
-#include "shell/designtitle.h"
-#include "shell/frame.h"
+#include "entry/designtitle.h"
+#include "core/framestate.h"
 
 namespace zelk {
 
@@ -24,11 +24,6 @@ constexpr double SYMBOLSIZE = 960 / TWIPS;
 SchematicWindow window0("schematic", 0);
 SchematicWindow window1("schematic1", 1);
 
-const bool registered = registerresetter([] {
-    schem = SchematicState{};
-    window0.reset();
-    window1.reset();
-});
 
 
 // Type of dipole n of slot s; a place outside the table reads as no type.
@@ -437,6 +432,12 @@ void schematicclear(int s) {
 }
 
 void schematicclear() { schematicclear(store.curslot); }
+
+void resetschematic() {
+    schem = SchematicState{};
+    window0.reset();
+    window1.reset();
+}
 
 void hideschematics() {
     for (SchematicWindow* w : {&window0, &window1})

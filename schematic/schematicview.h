@@ -106,6 +106,8 @@ void schematicclear(int slot);
 void schematicclear();
 // Hides every schematic window (File New).
 void hideschematics();
+// Resets the schematic state and both schematic windows to program start.
+void resetschematic();
 // The pointer was released on dipole picture n: select it and open the edit pop-up.
 void dipoleclick(int n);
 

@@ -1,37 +1,16 @@
-// The main frame's logic: start-up, the menus' enabled states, the help panel, options,
-// File New. The Qt binding in shell/qt mirrors it into widgets.
+// The main frame's logic: start-up, the menu tree, options, help, the command table and
+// the reset of every process-wide table. The Qt binding in shell/qt mirrors it into widgets.
 #pragma once
 
 #include <string>
 #include <vector>
 
-namespace zelk {
+#include "core/framestate.h"
 
-struct FrameState {
-    bool designsaved = true;
-    std::string programdir;
-    bool helppanelshown = false;
-    std::string helplabel[4]; // the help panel as shown
-    // The frame's client size and the help panel's height in pixels, kept by the binding
-    // (the batch desktop keeps the start values).
-    double framewidth = 1024, frameheight = 700, helppanelheight = 68;
-    // Set by Exit: the binding ends the program once the command has returned.
-    bool ending = false;
-    // The last arrangement chosen in the WINDOW menu (0 cascade .. 3 icons), -1 none.
-    int arrangement = -1;
-};
-inline FrameState frame;
+namespace zelk {
 
 // DesignFrame's load: the start-up sequence.
 void designframe_load();
-// Sets the enabled flags of the menus from lastslot.
-void updatemenus();
-// Shows help1..help4 in the help panel when the option helpL is on.
-void showhelplines();
-// The help lines shown at start and after File New.
-void starthelplines();
-// File New (also program close).
-void newfilter_Click();
 // Exit: runs New and asks the binding to end the program.
 void exitfilter_Click();
 // The frame's close box: as Exit.
@@ -60,5 +39,18 @@ const std::vector<OptionItem>& optionitems();
 void readoptions();
 // Toggles one option as its menu item does, and saves "1" or "0".
 void toggleoption(const std::string& item);
+// The menu commands of the Options menu: the help line, and a display option by its item.
+void helpL_Click();
+void displayoption_Click(const char* item);
+
+// The command table: every menu item, pop-up item and button that runs a command, by
+// control name, with the dump and export handlers of the batch runner. Installed into
+// the core's lookup by resetall.
+void installcommands();
+
+// Resets every process-wide table of the program to its state at program start and
+// installs the command table and the hooks of the lower layers. For the bindings, the
+// batch runner and tests.
+void resetall();
 
 } // namespace zelk

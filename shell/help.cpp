@@ -40,6 +40,8 @@ bool openhelppage(const std::string& page) {
     return true;
 }
 
+} // namespace
+
 void update_Click() {
     if (!openhelppage("updates.html")) helper_Click();
 }
@@ -51,24 +53,13 @@ void installcalc_Click() {
 }
 
 // The WINDOW menu: the arrangement chosen carries the only check mark.
-template <int Code>
-void arrange_Click() {
+void arrange_Click(int code) {
     static const char* const items[] = {"cascade", "tileH", "tileV", "arrangeicons"};
-    desktop().arrange(Code);
-    for (int i = 0; i < 4; ++i) setchecked(items[i], i == Code);
-    frame.arrangement = Code;
+    desktop().arrange(code);
+    for (int i = 0; i < 4; ++i) setchecked(items[i], i == code);
+    frame.arrangement = code;
 }
 
-const bool cmds = registercommand("helper", helper_Click) && registercommand("calculator", calculator_Click) &&
-                  registercommand("aboutfilter", aboutfilter_Click) &&
-                  registercommand("troubleshoot", troubleshoot_Click) && registercommand("update", update_Click) &&
-                  registercommand("homepage", homepage_Click) && registercommand("installcalc", installcalc_Click) &&
-                  registercommand("cascade", arrange_Click<0>) && registercommand("tileH", arrange_Click<1>) &&
-                  registercommand("tileV", arrange_Click<2>) && registercommand("arrangeicons", arrange_Click<3>);
-
-const bool registered = registerresetter([] { trouble.reset(); });
-
-} // namespace
 
 const std::vector<std::string>& calculatorcandidates() {
     static const std::vector<std::string> c = {"gnome-calculator", "kcalc", "galculator", "qalculate-gtk", "xcalc"};

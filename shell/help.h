@@ -38,5 +38,10 @@ void helper_Click();
 void calculator_Click();
 void aboutfilter_Click();
 void troubleshoot_Click();
+void update_Click();
+void homepage_Click();
+void installcalc_Click();
+// The WINDOW menu: cascade (0), tile horizontally (1), vertically (2), arrange icons (3).
+void arrange_Click(int code);
 
 } // namespace zelk

@@ -7,6 +7,7 @@
 
 #include "core/commands.h"
 #include "core/designstore.h"
+#include "core/framestate.h"
 
 namespace zelk {
 
@@ -18,12 +19,6 @@ void items(const char* parent, Items list, bool popup = false) {
     for (auto& [name, caption] : list) addmenu(name, caption, parent, popup);
 }
 
-// The fifteen plots, as the ANALYZE menu names them and as the print and clipboard
-// sub-menus name them with their p and c prefixes.
-const char* const plotnames[15] = {"PEG", "PIG", "VEG", "VIG", "CEG", "CIG", "inputz", "outputz",
-                                   "RL",  "PHA", "GD",  "IR",  "USR", "pr",  "TPR"};
-const char* const printnames[15] = {"pPEG", "pPIG", "pVEG", "pVIG",  "pCEG", "pCIG", "pZin", "pZout",
-                                    "pRL",  "pPhase", "pGD", "pIR", "pUSR", "pPR",  "pTPR"};
 const char* const plotcaptions[15] = {"Power Effective Gain",   "Power Insertion Gain",
                                       "Voltage Effective Gain", "Voltage Insertion Gain",
                                       "Current Effective Gain", "Current Insertion Gain",
@@ -167,23 +162,6 @@ void othermenus() {
           true);
 }
 
-const bool registered = registerresetter([] { buildmenus(); });
-
-// The groups that updatemenus names together.
-const char* const heads[] = {"linearphase", "GaussianChebyshev", "coupled", "LPCR", "GCCR", "crystal", "attn"};
-const char* const designitems[] = {"butterworth", "chebyshev", "elliptic", "Bessel", "linearphase05",
-                                   "linearphase5", "gaussian1", "legendre", "Gaussian6", "gaussian12",
-                                   "BCR", "CCR", "BesselCR", "LP05CR", "LP5CR", "GaussianCR",
-                                   "LegendreCR", "Gaussian6CR", "gaussian12CR", "BCL", "CCL",
-                                   "attnp", "attnt"};
-const char* const displayoptions[] = {"partslist", "nano", "Showxtal", "showtuning", "showcoil", "sfp"};
-const char* const singledesign[] = {"append", "insert", "qu", "tzfm", "tolerance", "standardT", "statistical"};
-const char* const alwayson[] = {"delete", "printerSU", "printfilter", "clip", "exitfilter", "analysis"};
-
-template <size_t N>
-void setall(const char* const (&names)[N], bool on) {
-    for (const char* n : names) setenabled(n, on);
-}
 
 } // namespace
 
@@ -207,62 +185,6 @@ void buildmenus() {
     analyzemenu();
     designmenu();
     othermenus();
-}
-
-void updatemenus() {
-    if (store.lastslot < 0) {
-        setenabled("openfilter", true);
-        setenabled("savefilter", false);
-        setall(alwayson, true);
-        setenabled("pSch", false);
-        for (int i = 0; i < 15; ++i) {
-            std::string c = printnames[i];
-            setenabled(c, false);
-            c[0] = 'c';
-            setenabled(c, false);
-        }
-        setenabled("undo", false);
-        setenabled("enter", true);
-        setall(singledesign, false);
-        setall(plotnames, false);
-        setenabled("design", true);
-        setall(heads, true);
-        setall(designitems, true);
-        setenabled("helpL", true);
-        setall(displayoptions, true);
-        setenabled("dinductor", false);
-    } else if (store.lastslot == 0) {
-        // The print and clipboard entries and undo are left as their commands set them.
-        setenabled("openfilter", true);
-        setenabled("savefilter", true);
-        setall(alwayson, true);
-        setenabled("enter", false);
-        setall(singledesign, true);
-        // The row for VEG..CEG names PEG twice; every plot entry ends up on all the same.
-        setall(plotnames, true);
-        setenabled("design", false);
-        setall(heads, true);
-        setall(designitems, false);
-        setenabled("helpL", true);
-        setall(displayoptions, true);
-        setenabled("dinductor", true);
-    } else {
-        // Two designs: MCL, the table families of the Classic menu and the Dishal
-        // families stand in no block and stay reachable once DESIGN is on again.
-        setenabled("openfilter", false);
-        setenabled("savefilter", false);
-        setall(alwayson, true);
-        setenabled("undo", false);
-        setenabled("enter", false);
-        setall(singledesign, false);
-        setall(plotnames, true);
-        setenabled("design", true);
-        setall(heads, true);
-        setall(designitems, false);
-        setenabled("helpL", true);
-        setall(displayoptions, false);
-        setenabled("dinductor", false);
-    }
 }
 
 bool menutitle_Click(const std::string& menu) {

@@ -18,6 +18,8 @@ const OptionItem* optionfor(const std::string& item) {
     return nullptr;
 }
 
+} // namespace
+
 // The help panel comes and goes with helpL; the schematic of slot 0 takes the height
 // that is left.
 void helpL_Click() {
@@ -34,28 +36,10 @@ void helpL_Click() {
 }
 
 // A display option changes what the schematic shows: rebuild it when one is open.
-template <const char* Item>
-void display_Click() {
-    toggleoption(Item);
+void displayoption_Click(const char* item) {
+    toggleoption(item);
     if (store.lastslot >= 0) schematicbuild();
 }
-
-constexpr char partslist[] = "partslist";
-constexpr char showxtal[] = "Showxtal";
-constexpr char nano[] = "nano";
-constexpr char showtuning[] = "showtuning";
-constexpr char sfp[] = "sfp";
-constexpr char showcoil[] = "showcoil";
-
-const bool cmds = registercommand("helpL", helpL_Click) &&
-                  registercommand("partslist", display_Click<partslist>) &&
-                  registercommand("Showxtal", display_Click<showxtal>) &&
-                  registercommand("nano", display_Click<nano>) &&
-                  registercommand("showtuning", display_Click<showtuning>) &&
-                  registercommand("sfp", display_Click<sfp>) &&
-                  registercommand("showcoil", display_Click<showcoil>);
-
-} // namespace
 
 void readoptions() {
     for (const OptionItem& o : optionitems())

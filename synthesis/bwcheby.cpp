@@ -12,7 +12,6 @@ namespace {
 
 // x ^ y as the host raises it, with a result that must stay finite.
 double power(double x, double y) { return hfinite(std::pow(x, y)); }
-double log10of(double x) { return hlog(x) / std::log(10.0); }
 
 // An order above 16 does not fit the tables.
 bool orderrefused(double n) {
@@ -61,7 +60,7 @@ void butterworthproto() {
     }
     if (orderrefused(s.order)) return;
     const double n = s.order;
-    s.Astop = 10 * log10of(1 + hdiv(power(wA, 2 * n), K));
+    s.Astop = 10 * log10host(1 + hdiv(power(wA, 2 * n), K));
     store.oddorder = n / 2 != Int(n / 2);
     const double r = terminationratio(s);
     const double a1 = hexp(hdiv(hlog(hsqr(K)), n));
@@ -116,7 +115,7 @@ void chebyshevproto() {
     [[maybe_unused]] const double unused = hdiv(hlog(hsqr(e1 * e1 - 1) + e1), n);
     const double d = n * hlog(wA + hsqr(wA * wA - 1));
     const double c = (hexp(d) + hexp(-d)) / 2;
-    s.Astop = 10 * log10of(1 + hdiv(c * c, K));
+    s.Astop = 10 * log10host(1 + hdiv(c * c, K));
     if (n / 2 == Int(n / 2)) {
         store.oddorder = false;
         sethelp("For even order Chebyshev filters, the input impedance has a minimum ratio with the output impedance.",

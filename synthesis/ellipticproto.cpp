@@ -6,13 +6,11 @@
 #include "core/designflow.h"
 #include "core/designstore.h"
 #include "core/desktop.h"
-#include "core/terminate.h"
 
 namespace zelk {
 
 namespace {
 
-const bool registered = registerresetter([] { elliptic = EllipticWork{}; });
 
 using Poly = std::array<double, 17>;
 
@@ -91,7 +89,7 @@ double Weven(double y, double yn) { return hsqr((1 - y * y * yn * yn) * (1 - hdi
 
 } // namespace
 
-void ellipticproto() {
+void ellipticprotoorder() {
     EllipticWork& e = elliptic;
     DesignSlot& s = slot(store.curslot);
 
@@ -116,24 +114,22 @@ void ellipticproto() {
     const int n = static_cast<int>(s.order.value());
     if (n < 1) raisefault(5);
 
-    // Step 5: parity; an even order asks how to terminate.
+    // Step 5: parity (an even order is then asked how to terminate).
     const bool odd = n % 2 != 0;
-    if (!odd) {
-        store.oddorder = false;
-        e.halforder = n / 2;
-        sethelp("Even order Elliptic filters cannot be realized without mutual inductances unless some changes are made to your specifications.",
-                "Click 'Use Z in' to preserve Z in specification and terminate in computed Z out.",
-                "Click 'Use Z out' to preserve Z out specification and terminate in computed Z in.",
-                "Click 'Use both' to preserve Z in and Z out specifications (filter may not meet specifications).");
-        terminatewindow.showmodal();
-    } else {
-        store.oddorder = true;
-        e.halforder = (n - 1) / 2;
-    }
+    store.oddorder = odd;
+    e.halforder = odd ? (n - 1) / 2 : n / 2;
+}
+
+void ellipticprotoelements() {
+    EllipticWork& e = elliptic;
+    DesignSlot& s = slot(store.curslot);
+    const double Apass = s.Apass;
+    const int n = static_cast<int>(s.order.value());
+    const bool odd = store.oddorder;
     const int M = e.halforder;
 
     // Step 6: the attenuation this order achieves.
-    s.Astop = 10 * std::log10(hfinite(1 + hdiv((pw(10, 0.1 * Apass) - 1) / 16, pw(e.nome, n))));
+    s.Astop = 10 * log10host(hfinite(1 + hdiv((pw(10, 0.1 * Apass) - 1) / 16, pw(e.nome, n))));
 
     // Steps 7 and 8: terminations and design type.
     terminations(s, odd);

@@ -30,9 +30,12 @@ struct EllipticWork {
 
 inline EllipticWork elliptic;
 
-// Designs the prototype of slot curslot from Apass, Astop, order, Zin, Zout, wA,
-// configuration and termchoice. May change order, Astop, Zin, Zout, w2 and writes r0.
-// Sets cancelled when the order is refused. An even order asks the terminate window.
-void ellipticproto();
+// The prototype of slot curslot from Apass, Astop, order, Zin, Zout, wA, configuration
+// and termchoice, in two halves so that the command can ask how to terminate an even
+// order between them. The first finds the modulus, nome and order (it may change order;
+// it sets cancelled when the order is refused) and the parity; the second the attenuation
+// reached, the terminations (may change Zin, Zout, w2; writes r0) and the elements.
+void ellipticprotoorder();
+void ellipticprotoelements();
 
 } // namespace zelk

@@ -10,18 +10,11 @@
 #include "core/designstore.h"
 #include "core/desktop.h"
 #include "core/paths.h"
-#include "core/specprompts.h"
-#include "entry/panel.h"
-#include "shell/frame.h"
 
 namespace zelk {
 
 namespace {
 
-const bool reset = registerresetter([] {
-    closetablefile();
-    tables.tabratio = 0;
-});
 
 DesignSlot& cur() { return slot(store.curslot); }
 
@@ -114,7 +107,7 @@ void getCRtabledata() {
 void tablerealize() {
     DesignSlot& s = cur();
     const double n = s.order;
-    if (n < 1 || n > 16) raisefault(5);
+    if (n > 16) raisefault(5);
     const int last = static_cast<int>(Int(n));
     const double tr = tables.tabratio;
     const bool odd = n / 2 != Int(n / 2);
@@ -162,55 +155,6 @@ void tablerealize() {
     layladder(last, cfirst, forwards, wireend, s.Zout);
     settype(1, 1);
     s.dip(1).R = s.Zin;
-}
-
-void tabledesign() {
-    DesignSlot& s = cur();
-    s.Astop = 0;
-    s.Apass = 3;
-    frame.designsaved = false;
-    const int kind = flow.functionkind;
-    if (kind < 0 || kind > 3) raisefault(5);
-    s.code = "T" + kindcode(kind);
-    panelimage(31 + kind);
-    switch (kind) {
-    case 0:
-    case 1: getdesign2a(); break;
-    case 2: getdesign4c(); break;
-    default: getdesign4a(); break;
-    }
-    if (store.cancelled) {
-        newfilter_Click();
-        closetablefile();
-        return;
-    }
-    getQu();
-    kindtitleset(s.title);
-    if (kind < 2) {
-        s.w0 = s.w1;
-    } else {
-        s.w0 = std::sqrt(s.w1 * s.w2);
-        flow.Qratio = hdiv(s.w0, s.w2 - s.w1);
-    }
-    if (s.order > 10) {
-        MsgBox("Maximum order is 10.", vbOKOnly | vbExclamation, "WARNING");
-        newfilter_Click();
-        closetablefile();
-        return;
-    }
-    gettabledata();
-    tablerealize();
-    scaletransform();
-    finishdesign();
-}
-
-void tablecommand(const std::string& helpline, const std::string& file, const std::string& basetitle) {
-    store.help1 = helpline;
-    showhelplines();
-    if (!takeslotandselect("T")) return;
-    opentablefile(file);
-    cur().title = basetitle;
-    tabledesign();
 }
 
 } // namespace zelk

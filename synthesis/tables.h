@@ -21,8 +21,6 @@ inline TableWork tables;
 void opentablefile(const std::string& literal);
 void closetablefile();
 
-// The design of a table family: called with file 1 open and title set to the base title.
-void tabledesign();
 // Reads records from file 1 until one of the order of slot curslot fits its terminations
 // (or end of file), leaving the last record read in g; closes the file.
 void gettabledata();
@@ -31,7 +29,5 @@ void getCRtabledata();
 // Lays g out as a Pi or T ladder, after moving Zout (or Zin) to the record's ratio.
 void tablerealize();
 
-// One table family command: help line 1, the file and the base title.
-void tablecommand(const std::string& helpline, const std::string& file, const std::string& basetitle);
 
 } // namespace zelk

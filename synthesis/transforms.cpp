@@ -253,4 +253,52 @@ void LPtoBR() {
     scaleall();
 }
 
+void stopbandratio() {
+    DesignSlot& s = slot(store.curslot);
+    const double w1 = s.w1, w2 = s.w2, w3 = s.w3, w4 = s.w4;
+    switch (flow.functionkind) {
+    case 0:
+        s.w0 = w1;
+        store.wA = w2 / w1;
+        break;
+    case 1:
+        // A high-pass is cut off at F2 and stops at F1.
+        s.w0 = w2;
+        store.wA = w2 / w1;
+        break;
+    case 2: {
+        const double w0 = std::sqrt(w2 * w3);
+        s.w0 = w0;
+        const double B = w3 - w2;
+        const double a = -((w1 * w1 - w0 * w0) / w1) / B;
+        const double b = ((w4 * w4 - w0 * w0) / w4) / B;
+        store.wA = a < b ? a : b;
+        flow.Qratio = w0 / B;
+        break;
+    }
+    case 3: {
+        // Band-reject: F1 and F4 are the pass-band corners, F2 and F3 the stop edges.
+        const double w0 = std::sqrt(w1 * w4);
+        s.w0 = w0;
+        const double B = w4 - w1;
+        const double a = w2 != w0 ? -(w2 * B) / (w2 * w2 - w0 * w0) : 1e12;
+        const double b = w3 != w0 ? (w3 * B) / (w3 * w3 - w0 * w0) : 1e12;
+        store.wA = (a > 0 && a < b) ? a : b;
+        flow.Qratio = w0 / B;
+        break;
+    }
+    default: break;
+    }
+}
+
+void scaletransform() {
+    switch (flow.functionkind) {
+    case 0: LPtoLP(); break;
+    case 1: LPtoHP(); break;
+    case 2: LPtoBP(); break;
+    case 3: LPtoBR(); break;
+    default: break;
+    }
+}
+
 } // namespace zelk

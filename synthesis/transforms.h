@@ -16,4 +16,10 @@ void LPtoHP();
 void LPtoBP();
 void LPtoBR();
 
+// The centre frequency w0, the normalised stop-band ratio wA and, for band kinds,
+// Qratio, from the corners of slot curslot by functionkind.
+void stopbandratio();
+// LPtoLP, LPtoHP, LPtoBP or LPtoBR by functionkind.
+void scaletransform();
+
 } // namespace zelk

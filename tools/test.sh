@@ -5,6 +5,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 bash tools/deps.sh
+bash tools/check-layers.sh
 BUILD=${BUILD:-build}
 JOBS=${JOBS:-2}
 cmake -S . -B "$BUILD" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DZELK_QT=OFF -DZELK_WERROR=ON

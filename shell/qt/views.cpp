@@ -18,7 +18,7 @@
 #include "core/commands.h"
 #include "entry/panel.h"
 #include "schematic/dipolepictures.h"
-#include "shell/pictures.h"
+#include "entry/pictures.h"
 #include "shell/qt/qtdesktop.h"
 #include "shell/qt/qtsurface.h"
 

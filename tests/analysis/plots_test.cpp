@@ -13,7 +13,7 @@
 #include "core/commands.h"
 #include "core/designstore.h"
 #include "core/surface.h"
-#include "entry/notation.h"
+#include "core/notation.h"
 #include "entry/panel.h"
 #include "schematic/report.h"
 #include "testsupport.h"

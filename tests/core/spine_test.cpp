@@ -8,7 +8,7 @@
 
 #include "core/designflow.h"
 #include "core/designstore.h"
-#include "core/selector.h"
+#include "design/selector.h"
 #include "entry/panel.h"
 #include "tests/synthesis/transforms_reference.h"
 #include "tests/testsupport.h"

@@ -13,7 +13,7 @@
 #include "core/commands.h"
 #include "core/designflow.h"
 #include "core/designstore.h"
-#include "entry/designfiles.h"
+#include "design/designfiles.h"
 #include "schematic/schematicview.h"
 #include "shell/frame.h"
 #include "entry/designfilesupport.h"

@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "core/designstore.h"
-#include "entry/designfiles.h"
+#include "design/designfiles.h"
 #include "entry/designfilesupport.h"
 #include "testsupport.h"
 

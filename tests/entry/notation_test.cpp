@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "core/commands.h"
-#include "entry/notation.h"
+#include "core/notation.h"
 #include "testsupport.h"
 
 using namespace zelk;

@@ -8,7 +8,7 @@
 #include <fstream>
 
 #include "core/surface.h"
-#include "entry/notation.h"
+#include "core/notation.h"
 #include "schematic/dipolepictures.h"
 
 namespace zelk {

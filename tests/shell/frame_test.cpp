@@ -9,7 +9,7 @@
 #include "core/designstore.h"
 #include "core/desktop.h"
 #include "entry/panel.h"
-#include "shell/designtitle.h"
+#include "entry/designtitle.h"
 #include "shell/frame.h"
 #include "shell/help.h"
 #include "testsupport.h"

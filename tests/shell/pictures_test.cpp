@@ -7,7 +7,7 @@
 #include <map>
 
 #include "core/surface.h"
-#include "shell/pictures.h"
+#include "entry/pictures.h"
 
 using namespace zelk;
 

@@ -10,8 +10,9 @@
 
 #include "core/designflow.h"
 #include "core/designstore.h"
-#include "core/terminate.h"
+#include "design/terminate.h"
 #include "elliptic_reference.h"
+#include "design/ellipticcmd.h"
 #include "synthesis/ellipticproto.h"
 #include "synthesis/ellipticrealize.h"
 #include "testsupport.h"

@@ -1,4 +1,4 @@
-#include "core/specprompts.h"
+#include "design/specprompts.h"
 #include "core/hostmath.h"
 
 #include <cmath>
@@ -7,7 +7,7 @@
 #include "core/designflow.h"
 #include "core/designstore.h"
 #include "core/desktop.h"
-#include "entry/notation.h"
+#include "core/notation.h"
 #include "entry/panel.h"
 
 namespace zelk {

@@ -5,9 +5,10 @@
 
 #include "core/designstore.h"
 #include "core/dipoles.h"
-#include "entry/notation.h"
+#include "entry/dipoleprompt.h"
+#include "core/notation.h"
 #include "entry/panel.h"
-#include "shell/frame.h"
+#include "core/framestate.h"
 
 namespace zelk {
 

@@ -2,6 +2,7 @@
 // design crystal of the current slot is copied into the dipole as it stands.
 #include "core/designstore.h"
 #include "core/dipoles.h"
+#include "entry/dipoleprompt.h"
 
 namespace zelk {
 

@@ -1,4 +1,4 @@
-#include "core/terminate.h"
+#include "design/terminate.h"
 
 #include "core/designflow.h"
 #include "core/designstore.h"
@@ -6,7 +6,6 @@
 namespace zelk {
 
 namespace {
-const bool registered = registerresetter([] { terminatewindow.reset(); });
 } // namespace
 
 Terminate::Terminate() : Window("terminate", "Termination") { build(); }

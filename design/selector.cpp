@@ -1,14 +1,13 @@
-#include "core/selector.h"
+#include "design/selector.h"
 
 #include "core/designflow.h"
 #include "core/designstore.h"
 #include "core/surface.h"
-#include "shell/pictures.h"
+#include "entry/pictures.h"
 
 namespace zelk {
 
 namespace {
-const bool registered = registerresetter([] { selfunction.reset(); });
 
 struct Button {
     const char* caption;

@@ -1,4 +1,4 @@
-#include "entry/designfiles.h"
+#include "design/designfiles.h"
 
 #include <charconv>
 #include <cmath>
@@ -15,7 +15,7 @@
 #include "core/hostmath.h"
 #include "core/paths.h"
 #include "schematic/schematicview.h"
-#include "shell/frame.h"
+#include "core/framestate.h"
 
 namespace zelk {
 
@@ -351,11 +351,6 @@ struct JoinHeader {
     Number wa;
 };
 
-const bool registered = registercommand("openfilter", openfilter_Click) &&
-                        registercommand("savefilter", savefilter_Click) &&
-                        registercommand("delete", delete_Click) &&
-                        registercommand("append", append_Click) &&
-                        registercommand("insert", insert_Click);
 
 } // namespace
 

@@ -1,21 +1,35 @@
 // The elliptic (Cauer) menu command: the LC design flow with the elliptic prototype and
 // realisation, its own help lines, and the title set before the inductor Q prompt for
 // low-pass and high-pass designs.
-#include "core/commands.h"
+#include "design/ellipticcmd.h"
+
 #include "core/designflow.h"
+#include "design/lcflow.h"
 #include "core/designstore.h"
-#include "core/specprompts.h"
-#include "shell/frame.h"
+#include "design/specprompts.h"
+#include "core/framestate.h"
 #include "synthesis/ellipticproto.h"
 #include "synthesis/ellipticrealize.h"
+#include "synthesis/transforms.h"
+#include "design/terminate.h"
 
 namespace zelk {
 
-void elliptic_Click();
+void ellipticproto() {
+    ellipticprotoorder();
+    if (store.cancelled) return;
+    if (!store.oddorder) {
+        sethelp("Even order Elliptic filters cannot be realized without mutual inductances unless some changes are made to your specifications.",
+                "Click 'Use Z in' to preserve Z in specification and terminate in computed Z out.",
+                "Click 'Use Z out' to preserve Z out specification and terminate in computed Z in.",
+                "Click 'Use both' to preserve Z in and Z out specifications (filter may not meet specifications).");
+        terminatewindow.showmodal();
+    }
+    ellipticprotoelements();
+}
 
 namespace {
 const LCFamily ellipticfamily{"E", "Elliptic", 27, ellipticproto, ellipticrealize};
-const bool reg = registercommand("elliptic", elliptic_Click, CommandKind::Design);
 } // namespace
 
 void elliptic_Click() {

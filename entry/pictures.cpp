@@ -2,7 +2,7 @@
 // they stay sharp at any size and in SVG: response sketches (loss against frequency with
 // the band edges and levels the prompt asks for), the two attenuator pads, and the
 // ladder configurations of the selector built from inductor and capacitor symbols.
-#include "shell/pictures.h"
+#include "entry/pictures.h"
 
 #include <algorithm>
 #include <cmath>

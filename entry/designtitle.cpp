@@ -1,4 +1,4 @@
-#include "shell/designtitle.h"
+#include "entry/designtitle.h"
 
 #include "core/commands.h"
 #include "core/designstore.h"
@@ -7,7 +7,6 @@
 namespace zelk {
 
 namespace {
-const bool registered = registerresetter([] { designtitlewindow.reset(); });
 }
 
 DesignTitle::DesignTitle() : Window("designtitle", "Design Title") { build(); }

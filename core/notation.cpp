@@ -1,4 +1,4 @@
-#include "entry/notation.h"
+#include "core/notation.h"
 
 #include "core/commands.h"
 #include "core/hostmath.h"

@@ -1,0 +1,190 @@
+// The one command table of the program: every menu item, pop-up item and button that runs
+// a command, by its control name, with what a run-time fault in it abandons; then the
+// dump and export handlers of the batch runner; then the reset of every process-wide
+// table to its state at program start.
+#include <vector>
+
+#include "analysis/plots.h"
+#include "analysis/spiceexport.h"
+#include "analysis/walkers.h"
+#include "core/commands.h"
+#include "core/designflow.h"
+#include "core/designstore.h"
+#include "core/dipoles.h"
+#include "design/designfiles.h"
+#include "design/ellipticcmd.h"
+#include "design/lcflow.h"
+#include "design/padcmds.h"
+#include "design/selector.h"
+#include "design/tablecmds.h"
+#include "design/terminate.h"
+#include "entry/designtitle.h"
+#include "entry/panel.h"
+#include "schematic/report.h"
+#include "schematic/schematicview.h"
+#include "shell/frame.h"
+#include "shell/help.h"
+#include "synthesis/bwcheby.h"
+#include "synthesis/ellipticproto.h"
+#include "synthesis/pads.h"
+#include "synthesis/tables.h"
+
+namespace zelk {
+
+namespace {
+
+constexpr CommandKind Plain = CommandKind::Plain;
+constexpr CommandKind Design = CommandKind::Design;
+
+// A plot's print and clipboard entries.
+template <PlotForm* P> void printentry() { printplot(*P); }
+template <PlotForm* P> void clipentry() { clipplot(*P); }
+
+// An Options menu item that changes what the schematic shows.
+template <const char* Item> void displayentry() { displayoption_Click(Item); }
+constexpr char partslist[] = "partslist";
+constexpr char showxtal[] = "Showxtal";
+constexpr char nano[] = "nano";
+constexpr char showtuning[] = "showtuning";
+constexpr char sfp[] = "sfp";
+constexpr char showcoil[] = "showcoil";
+
+template <int Code> void arrangeentry() { arrange_Click(Code); }
+
+const std::vector<Command>& commands() {
+    static const std::vector<Command> t = {
+        // FILE
+        {"newfilter", newfilter_Click, Plain},
+        {"openfilter", openfilter_Click, Plain},
+        {"savefilter", savefilter_Click, Plain},
+        {"delete", delete_Click, Plain},
+        {"append", append_Click, Plain},
+        {"insert", insert_Click, Plain},
+        {"exitfilter", exitfilter_Click, Plain},
+        {"pPEG", printentry<&plotPEG>, Plain},
+        {"pPIG", printentry<&plotPIG>, Plain},
+        {"pVEG", printentry<&plotVEG>, Plain},
+        {"pVIG", printentry<&plotVIG>, Plain},
+        {"pCEG", printentry<&plotCEG>, Plain},
+        {"pCIG", printentry<&plotCIG>, Plain},
+        {"pZin", printentry<&plotZin>, Plain},
+        {"pZout", printentry<&plotZout>, Plain},
+        {"pRL", printentry<&PLOTRL>, Plain},
+        {"pPhase", printentry<&PLOTPHASE>, Plain},
+        {"pGD", printentry<&PLOTGD>, Plain},
+        {"pIR", printentry<&PLOTIR>, Plain},
+        {"pUSR", printentry<&PLOTSR>, Plain},
+        {"pPR", printentry<&PLOTPR>, Plain},
+        {"pTPR", printentry<&PLOTTP>, Plain},
+        {"cPEG", clipentry<&plotPEG>, Plain},
+        {"cPIG", clipentry<&plotPIG>, Plain},
+        {"cVEG", clipentry<&plotVEG>, Plain},
+        {"cVIG", clipentry<&plotVIG>, Plain},
+        {"cCEG", clipentry<&plotCEG>, Plain},
+        {"cCIG", clipentry<&plotCIG>, Plain},
+        {"cZin", clipentry<&plotZin>, Plain},
+        {"cZout", clipentry<&plotZout>, Plain},
+        {"cRL", clipentry<&PLOTRL>, Plain},
+        {"cPhase", clipentry<&PLOTPHASE>, Plain},
+        {"cGD", clipentry<&PLOTGD>, Plain},
+        {"cIR", clipentry<&PLOTIR>, Plain},
+        {"cUSR", clipentry<&PLOTSR>, Plain},
+        {"cPR", clipentry<&PLOTPR>, Plain},
+        {"cTPR", clipentry<&PLOTTP>, Plain},
+        // ANALYZE
+        {"PEG", PEG_Click, Plain},
+        {"PIG", PIG_Click, Plain},
+        {"VEG", VEG_Click, Plain},
+        {"VIG", VIG_Click, Plain},
+        {"CEG", CEG_Click, Plain},
+        {"CIG", CIG_Click, Plain},
+        {"inputz", inputz_Click, Plain},
+        {"outputz", outputz_Click, Plain},
+        {"RL", RL_Click, Plain},
+        {"PHA", PHA_Click, Plain},
+        {"GD", GD_Click, Plain},
+        {"IR", IR_Click, Plain},
+        {"USR", USR_Click, Plain},
+        {"pr", pr_Click, Plain},
+        {"TPR", TPR_Click, Plain},
+        // DESIGN
+        {"butterworth", butterworth_Click, Design},
+        {"chebyshev", chebyshev_Click, Design},
+        {"elliptic", elliptic_Click, Design},
+        {"Bessel", Bessel_Click, Design},
+        {"gaussian1", gaussian1_Click, Design},
+        {"Gaussian6", Gaussian6_Click, Design},
+        {"gaussian12", gaussian12_Click, Design},
+        {"legendre", legendre_Click, Design},
+        {"linearphase05", linearphase05_Click, Design},
+        {"linearphase5", linearphase5_Click, Design},
+        {"attnp", attnp_Click, Design},
+        {"attnt", attnt_Click, Design},
+        // OPTIONS
+        {"helpL", helpL_Click, Plain},
+        {"partslist", displayentry<partslist>, Plain},
+        {"Showxtal", displayentry<showxtal>, Plain},
+        {"nano", displayentry<nano>, Plain},
+        {"showtuning", displayentry<showtuning>, Plain},
+        {"sfp", displayentry<sfp>, Plain},
+        {"showcoil", displayentry<showcoil>, Plain},
+        // HELP and WINDOW
+        {"helper", helper_Click, Plain},
+        {"calculator", calculator_Click, Plain},
+        {"aboutfilter", aboutfilter_Click, Plain},
+        {"troubleshoot", troubleshoot_Click, Plain},
+        {"update", update_Click, Plain},
+        {"homepage", homepage_Click, Plain},
+        {"installcalc", installcalc_Click, Plain},
+        {"cascade", arrangeentry<0>, Plain},
+        {"tileH", arrangeentry<1>, Plain},
+        {"tileV", arrangeentry<2>, Plain},
+        {"arrangeicons", arrangeentry<3>, Plain},
+    };
+    return t;
+}
+
+const std::vector<DumpEntry>& dumps() {
+    static const std::vector<DumpEntry> t = {
+        {"panel", dumppanel},
+        {"report", dumpreport},
+        {"curve", dumpcurve},
+    };
+    return t;
+}
+
+const std::vector<ExportEntry>& exports() {
+    static const std::vector<ExportEntry> t = {
+        {"spice", exportspice},
+    };
+    return t;
+}
+
+} // namespace
+
+void installcommands() { installcommandtables({&commands(), &dumps(), &exports()}); }
+
+void resetall() {
+    store = DesignStore{};
+    flow = DesignFlow{};
+    prototerms = PrototypeTerms{};
+    walk = WalkValues{};
+    frame = FrameState{};
+    elliptic = EllipticWork{};
+    pad = PadWork{};
+    closetablefile();
+    tables.tabratio = 0;
+    selfunction.reset();
+    terminatewindow.reset();
+    resetpanel();
+    designtitlewindow.reset();
+    report = ReportState{};
+    resetschematic();
+    resetplots();
+    trouble.reset();
+    buildmenus();
+    schematichooks = SchematicHooks{schematicclear, hideschematics};
+    installcommands();
+}
+
+} // namespace zelk
