@@ -42,6 +42,12 @@ bool openhelppage(const std::string& page) {
 
 } // namespace
 
+std::string helppagepath(const std::string& page) {
+    fs::path folder = helpfolder();
+    if (folder.empty() || !isfile(folder / page)) return "";
+    return fs::absolute(folder / page).string();
+}
+
 void update_Click() {
     if (!openhelppage("updates.html")) helper_Click();
 }

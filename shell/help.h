@@ -13,6 +13,9 @@ namespace zelk {
 // the help folder beside the tables.
 inline constexpr const char* HELPFILE = "zkhelp.html";
 
+// The full path of an installed help page (the folder as above), or "" when not found.
+std::string helppagepath(const std::string& page);
+
 // The desktop calculators looked for on PATH, in order of preference.
 const std::vector<std::string>& calculatorcandidates();
 // The first calculator found in the folders of `path` (a PATH-style list), or "".

@@ -15,6 +15,7 @@
 #include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPainter>
@@ -23,11 +24,13 @@
 #include <QProcess>
 #include <QPushButton>
 #include <QScreen>
+#include <QShortcut>
 #include <QSettings>
 #include <QStandardPaths>
 #include <QUrl>
 #include <QVBoxLayout>
 #include <chrono>
+#include <cmath>
 #include <filesystem>
 
 #include <algorithm>
@@ -36,7 +39,10 @@
 #include "core/commands.h"
 #include "core/designstore.h"
 #include "entry/panel.h"
+#include "core/framestate.h"
 #include "shell/frame.h"
+#include "shell/help.h"
+#include "shell/qt/helpviewer.h"
 #include "shell/qt/qtsurface.h"
 #include "shell/qt/views.h"
 
@@ -45,6 +51,15 @@ namespace zelk::qt {
 namespace {
 QtDesktop* current = nullptr;
 QString qs(const std::string& s) { return QString::fromStdString(s); }
+
+// The menu command running now and its kind, for the plain line under a fault box.
+std::string running;
+CommandKind runningkind = CommandKind::Plain;
+
+std::string plaincaption(std::string c) {
+    c.erase(std::remove(c.begin(), c.end(), '&'), c.end());
+    return c;
+}
 
 // Keyboard shortcuts of the frame's menu entries.
 const std::map<std::string, QKeySequence>& shortcuts() {
@@ -86,6 +101,23 @@ DesignFrame::DesignFrame() {
     layout->addWidget(helppanel_);
     layout->addWidget(mdi_, 1);
     setCentralWidget(central);
+    // F10 opens the first menu of the bar, F1 the help contents in the program's viewer.
+    new QShortcut(QKeySequence(Qt::Key_F10), this, [this] {
+        for (QAction* a : menuBar()->actions())
+            if (a->isVisible() && a->isEnabled()) {
+                menuBar()->setFocus(Qt::MenuBarFocusReason);
+                menuBar()->setActiveAction(a);
+                break;
+            }
+    });
+    new QShortcut(QKeySequence::HelpContents, this, [] {
+        if (QtDesktop* d = QtDesktop::instance()) {
+            std::string page = helppagepath(HELPFILE);
+            if (page.empty()) guarded(helper_Click);
+            else d->showhelp(qs(page));
+            d->afterevent();
+        }
+    });
 }
 
 DesignFrame::~DesignFrame() = default;
@@ -122,7 +154,10 @@ void DesignFrame::buildmenubar() {
     for (const MenuItem& top : menuitems()) {
         if (!top.parent.empty()) continue;
         std::string name = top.name;
-        QMenu* m = top.popup ? new QMenu(qs(top.caption), this) : menuBar()->addMenu(qs(top.caption));
+        // Top menus answer Alt + their first letter.
+        QString caption = qs(top.caption);
+        if (!top.popup && !caption.contains('&')) caption.prepend('&');
+        QMenu* m = top.popup ? new QMenu(caption, this) : menuBar()->addMenu(caption);
         m->setObjectName(qs(name));
         menus_[name] = m;
         fillmenu(m, name);
@@ -134,6 +169,32 @@ void DesignFrame::buildmenubar() {
         if (top.popup) continue;
     }
     syncmenus();
+}
+
+std::string DesignFrame::runningcommand() { return running; }
+
+bool DesignFrame::confirmdiscard() {
+    if (store.lastslot < 0 || frame.designsaved) return true;
+    std::string title = slot(0).designtitle.empty() ? std::string("this design") : "\"" + slot(0).designtitle + "\"";
+    QMessageBox box(this);
+    box.setObjectName("savechanges");
+    box.setWindowTitle("ZELK Filter Design");
+    box.setIcon(QMessageBox::Question);
+    box.setText(qs("Save changes to " + title + "?"));
+    box.setStandardButtons(QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
+    box.setDefaultButton(QMessageBox::Save);
+    box.setEscapeButton(QMessageBox::Cancel);
+    int answer = box.exec();
+    if (answer == QMessageBox::Discard) return true;
+    if (answer != QMessageBox::Save) return false;
+    if (const Command* c = findcommand("savefilter")) {
+        running = "Save";
+        runningkind = c->kind;
+        runcommand(*c);
+        running.clear();
+    }
+    if (QtDesktop* d = QtDesktop::instance()) d->afterevent();
+    return frame.designsaved;
 }
 
 QAction* DesignFrame::action(const std::string& name) {
@@ -165,18 +226,37 @@ void DesignFrame::syncmenus() {
 void DesignFrame::runmenu(const std::string& name) {
     // The checked state of a checkable action is the model's, not the click's.
     if (!menuenabled(name)) return;
+    // New, Open and Exit would drop a design that is not saved: ask first.
+    if ((name == "newfilter" || name == "openfilter" || name == "exitfilter") && !confirmdiscard()) {
+        if (QtDesktop* d = QtDesktop::instance()) d->afterevent();
+        return;
+    }
     const Command* c = findcommand(name);
     if (!c) {
         MsgBox("This command is not available in this version.", vbOKOnly | vbInformation, "ZELK Filter Design");
         if (QtDesktop* d = QtDesktop::instance()) d->afterevent();
         return;
     }
+    std::string outer = running;
+    CommandKind outerkind = runningkind;
+    if (const MenuItem* m = findmenu(name)) running = plaincaption(m->caption);
+    runningkind = c->kind;
+    if (name == "exitfilter") frame.designsaved = true; // already asked
     runcommand(*c);
+    running = outer;
+    runningkind = outerkind;
     if (QtDesktop* d = QtDesktop::instance()) d->afterevent();
 }
 
 void DesignFrame::closeEvent(QCloseEvent* e) {
-    if (!frame.ending) guarded(frame_close);
+    if (!frame.ending) {
+        if (!confirmdiscard()) {
+            e->ignore();
+            return;
+        }
+        frame.designsaved = true;
+        guarded(frame_close);
+    }
     e->accept();
     qApp->quit();
 }
@@ -239,6 +319,7 @@ DesignFrame* QtDesktop::start() {
     frame_ = new DesignFrame;
     frame_->setAttribute(Qt::WA_DeleteOnClose, false);
     setdesktop(this);
+    installdefaults();
     resetall();
     frame_->buildmenubar();
     // Top left, the screen's full width and 0.95 of its height.
@@ -253,6 +334,33 @@ DesignFrame* QtDesktop::start() {
     frame.frameheight = frame_->height();
     afterevent();
     return frame_;
+}
+
+void QtDesktop::installdefaults() {
+    QSettings s("filter", "filter");
+    s.beginGroup("options");
+    if (!s.childKeys().isEmpty()) return;
+    for (const OptionItem& o : optionitems()) {
+        std::string item = o.item;
+        if (item == "helpL" || item == "partslist" || item == "sfp") s.setValue(o.key, "1");
+    }
+    s.endGroup();
+    s.sync();
+}
+
+HelpViewer* QtDesktop::helpviewer() {
+    if (!help_) help_ = new HelpViewer(frame_);
+    return help_;
+}
+
+void QtDesktop::showhelp(const QString& page) {
+    HelpViewer* h = helpviewer();
+    if (frame_ && !h->isVisible()) {
+        QRect f = frame_->geometry();
+        h->resize(std::min(900, f.width() - 80), std::min(700, f.height() - 80));
+        h->move(f.left() + (f.width() - h->width()) / 2, f.top() + (f.height() - h->height()) / 2);
+    }
+    h->showpage(page);
 }
 
 PixmapSurface& QtDesktop::surfacefor(Window& w) {
@@ -313,6 +421,18 @@ void QtDesktop::showmodal(Window& w) {
 }
 
 void QtDesktop::show(Window& w) {
+    // A scaled window opens as large as the logic asked, and draws its fixed layout.
+    double askedw = w.clientwidth, askedh = w.clientheight;
+    if (scaledwindow(w)) {
+        double u = w.unit > 0 ? w.unit : 1;
+        QSize l = scaledlayout();
+        w.clientwidth = l.width() * u;
+        w.clientheight = l.height() * u;
+        if (auto it = surfaces_.find(&w); it != surfaces_.end() && it->second) {
+            PixmapSurface& s = *it->second;
+            if (s.scalewidth() != w.clientwidth || s.scaleheight() != w.clientheight) s.resize(l.width(), l.height(), s.ratio());
+        }
+    }
     if (w.draws) surfacefor(w);
     View& v = views_[&w];
     if (w.draws) {
@@ -326,7 +446,24 @@ void QtDesktop::show(Window& w) {
                 v.sub->installEventFilter(frame_);
                 QObject::connect(v.sub, &QObject::destroyed, [this, &w] { views_.erase(&w); });
                 double u = w.unit > 0 ? w.unit : 1;
-                v.sub->resize(static_cast<int>(w.clientwidth / u) + 12, static_cast<int>(w.clientheight / u) + 34);
+                v.sub->resize(static_cast<int>(askedw / u) + 12, static_cast<int>(askedh / u) + 34);
+                if (scaledwindow(w)) {
+                    // Zoom in, out and fit: keys while the window is active, and its
+                    // window menu.
+                    WindowView* view = v.view;
+                    auto add = [&](const char* text, QList<QKeySequence> keys, std::function<void()> fn) {
+                        auto* a = new QAction(text, v.sub);
+                        a->setShortcuts(keys);
+                        a->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+                        QObject::connect(a, &QAction::triggered, v.sub, fn);
+                        v.sub->addAction(a);
+                        v.sub->systemMenu()->addAction(a);
+                    };
+                    v.sub->systemMenu()->addSeparator();
+                    add("Zoom &In", {QKeySequence::ZoomIn, QKeySequence(Qt::CTRL | Qt::Key_Equal)}, [view] { view->zoomby(1.25); });
+                    add("Zoom &Out", {QKeySequence::ZoomOut}, [view] { view->zoomby(1 / 1.25); });
+                    add("&Fit to Window", {QKeySequence(Qt::CTRL | Qt::Key_0)}, [view] { view->fit(); });
+                }
                 v.sub->move(static_cast<int>(w.left / u), static_cast<int>(w.top / u));
             }
         }
@@ -351,7 +488,11 @@ void QtDesktop::hide(Window& w) {
     if (it == views_.end()) return;
     if (it->second.loop) it->second.loop->quit();
     if (it->second.dialog) it->second.dialog->hide();
-    if (it->second.sub) it->second.sub->hide();
+    if (it->second.sub) {
+        // A maximised child hands the frame its title and buttons back before it goes.
+        if (it->second.sub->isMaximized()) it->second.sub->showNormal();
+        it->second.sub->hide();
+    }
 }
 
 void QtDesktop::unload(Window& w) {
@@ -365,6 +506,7 @@ void QtDesktop::unload(Window& w) {
         v.dialog->deleteLater();
     }
     if (v.sub) {
+        if (v.sub->isMaximized()) v.sub->showNormal();
         v.sub->hide();
         QObject::disconnect(v.sub, &QObject::destroyed, nullptr, nullptr);
         v.sub->deleteLater();
@@ -387,7 +529,13 @@ void QtDesktop::syncall() {
     std::vector<Window*> ws;
     for (auto& [w, v] : views_) ws.push_back(w);
     for (Window* w : ws) refresh(*w);
-    if (frame_) frame_->syncmenus();
+    if (frame_) {
+        frame_->syncmenus();
+        // Nothing open (after New): the plain title again.
+        bool anyshown = false;
+        for (QMdiSubWindow* s : frame_->mdi()->subWindowList()) anyshown = anyshown || s->isVisible();
+        if (!anyshown && frame_->windowTitle() != "ZELK Filter Design") frame_->setWindowTitle("ZELK Filter Design");
+    }
     syncing_ = false;
 }
 
@@ -419,13 +567,18 @@ void QtDesktop::arrange(int code) {
     case 0: mdi->cascadeSubWindows(); break;
     case 1:
     case 2: {
-        // Tile: side by side across the area (horizontal) or stacked (vertical).
+        // Tile: two windows side by side (vertical) or stacked (horizontal); more in a
+        // grid of near-square cells, filled row by row (horizontal) or column by column
+        // (vertical), so that no plot gets a strip too thin for its labels and buttons.
         if (subs.isEmpty()) break;
         QRect area = mdi->viewport()->rect();
         int n = static_cast<int>(subs.size());
+        int cols = n <= 2 ? (code == 2 ? n : 1) : static_cast<int>(std::ceil(std::sqrt(static_cast<double>(n))));
+        int rows = (n + cols - 1) / cols;
         for (int i = 0; i < n; ++i) {
-            QRect r = code == 2 ? QRect(area.width() * i / n, 0, area.width() / n, area.height())
-                                : QRect(0, area.height() * i / n, area.width(), area.height() / n);
+            int row = code == 2 && n > 2 ? i % rows : i / cols;
+            int col = code == 2 && n > 2 ? i / rows : i % cols;
+            QRect r(area.width() * col / cols, area.height() * row / rows, area.width() / cols, area.height() / rows);
             subs[i]->showNormal();
             subs[i]->setGeometry(r);
         }
@@ -447,7 +600,18 @@ void QtDesktop::arrange(int code) {
 int QtDesktop::msgbox(const std::string& text, int flags, const std::string& title) {
     QMessageBox box(frame_);
     box.setWindowTitle(qs(title));
-    box.setText(qs(text));
+    std::string shown = text;
+    // A run-time fault keeps the host's box and adds what ran and what to look at.
+    if (text.rfind("Run-time error '", 0) == 0) {
+        std::string what = running.empty() ? std::string("The last action") : "The command \"" + running + "\"";
+        std::string check = runningkind == CommandKind::Design
+                                ? "check that every typed value is a positive number in range."
+                            : runningkind == CommandKind::Edit
+                                ? "check the value typed for the dipole; the edit was put back."
+                                : "check the design's values and any file it reads.";
+        shown += "\n\n" + what + " stopped here: " + check;
+    }
+    box.setText(qs(shown));
     box.setTextFormat(Qt::PlainText);
     switch (flags & 0x70) {
     case vbCritical: box.setIcon(QMessageBox::Critical); break;
@@ -470,6 +634,10 @@ int QtDesktop::msgbox(const std::string& text, int flags, const std::string& tit
     for (auto& [sb, v] : set) buttons |= sb;
     box.setStandardButtons(buttons);
     box.setDefaultButton(set.front().first);
+    // Esc answers Cancel where there is one, else the only or first answer.
+    bool hascancel = false;
+    for (auto& [sb, v] : set) hascancel = hascancel || v == vbCancel;
+    box.setEscapeButton(hascancel ? QMessageBox::Cancel : set.front().first);
     // The close box answers Cancel where there is one, else the only or first answer.
     int ret = box.exec();
     for (auto& [sb, v] : set)
@@ -489,11 +657,22 @@ bool QtDesktop::filedialog(FileDialogRequest& r) {
     filters << "All Files (*)";
     QString start = qs(r.initdir);
     if (!r.filename.empty()) start = QDir(start).filePath(QFileInfo(qs(r.filename)).fileName());
-    QString chosen = r.save ? QFileDialog::getSaveFileName(frame_, qs(r.title), start, filters.join(";;"))
-                            : QFileDialog::getOpenFileName(frame_, qs(r.title), start, filters.join(";;"));
+    QFileDialog dlg(frame_, qs(r.title), start, filters.join(";;"));
+    dlg.setObjectName("filedialog");
+    dlg.setOption(QFileDialog::DontUseNativeDialog);
+    dlg.setAcceptMode(r.save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+    dlg.setFileMode(r.save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+    // A name typed without an extension gets the first filter's, as desktop dialogs do:
+    // the program then takes the last four characters for the extension.
+    QString first = parts.size() > 1 ? parts[1] : QString();
+    if (first.startsWith("*.") && first.lastIndexOf('*') == 0) dlg.setDefaultSuffix(first.mid(2));
+    if (r.save && !r.filename.empty() && r.filename.find('*') == std::string::npos)
+        dlg.selectFile(QFileInfo(qs(r.filename)).fileName());
+    int ok = dlg.exec();
     afterevent();
-    if (chosen.isEmpty()) return false;
-    r.filename = chosen.toStdString();
+    QStringList chosen = dlg.selectedFiles();
+    if (ok != QDialog::Accepted || chosen.isEmpty() || chosen.front().isEmpty()) return false;
+    r.filename = chosen.front().toStdString();
     return true;
 }
 
@@ -532,7 +711,16 @@ void QtDesktop::busy(bool on) {
     }
 }
 
-bool QtDesktop::openurl(const std::string& url) { return QDesktopServices::openUrl(QUrl(qs(url))); }
+bool QtDesktop::openurl(const std::string& url) {
+    QUrl u(qs(url));
+    if (QDesktopServices::openUrl(u)) return true;
+    // No web browser: the installed pages open in the program's own viewer.
+    if (u.isLocalFile() && QFileInfo(u.toLocalFile()).isFile()) {
+        showhelp(u.toLocalFile());
+        return true;
+    }
+    return false;
+}
 
 bool QtDesktop::startprogram(const std::string& path) { return QProcess::startDetached(qs(path), {}); }
 

@@ -21,6 +21,8 @@ class QPrinter;
 
 namespace zelk::qt {
 
+class HelpViewer;
+
 class PixmapSurface;
 class WindowDialog;
 class WindowView;
@@ -41,6 +43,11 @@ class DesignFrame : public QMainWindow {
     QMenu* menu(const std::string& name);
     // Runs a menu command as a click would (refused while disabled).
     void runmenu(const std::string& name);
+    // Before New, Open and exit: "Save changes to ...?" while the design is not saved.
+    // Save runs the Save command; false when the user cancelled (or cancelled the save).
+    bool confirmdiscard();
+    // The caption of the menu command running now ("" between commands), for fault boxes.
+    static std::string runningcommand();
     void closeEvent(QCloseEvent*) override;
     void resizeEvent(QResizeEvent*) override;
     bool eventFilter(QObject*, QEvent*) override;
@@ -97,6 +104,12 @@ class QtDesktop : public Desktop {
     QWidget* viewof(Window& w);
     // The modal windows open now, innermost last (for tests).
     std::vector<Window*> modalstack() const;
+    // The program's own help viewer, made on first use; F1 opens the contents in it.
+    HelpViewer* helpviewer();
+    void showhelp(const QString& pathorurl);
+    // First start: with no options in the settings store at all, the installation's
+    // choices (Help Line, Parts List, Show Filter Parameters) are written once.
+    static void installdefaults();
 
   private:
     struct View {
@@ -111,6 +124,7 @@ class QtDesktop : public Desktop {
     DesignFrame* frame_ = nullptr;
     std::mt19937_64 random_;
     std::unique_ptr<QPrinter> printer_;
+    HelpViewer* help_ = nullptr;
     bool syncing_ = false;
     int busy_ = 0;
     WindowDialog* makedialog(Window& w);

@@ -8,6 +8,9 @@
 #include <QAction>
 #include <QApplication>
 #include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMessageBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMdiArea>
@@ -25,7 +28,11 @@
 #include "core/commands.h"
 #include "core/designstore.h"
 #include "shell/frame.h"
+#include "shell/help.h"
+#include <QScreen>
+#include "schematic/schematicview.h"
 #include "shell/qt/qtdesktop.h"
+#include "shell/qt/views.h"
 #include "testsupport.h"
 
 using namespace zelk;
@@ -92,6 +99,30 @@ std::string slotdump() {
     return out.str();
 }
 
+// Answers the next modal Qt dialog (message box, file dialog) that `fn` accepts.
+struct ModalAnswer {
+    QTimer timer;
+    bool done = false;
+    explicit ModalAnswer(std::function<bool(QWidget*)> fn) {
+        timer.setInterval(20);
+        QObject::connect(&timer, &QTimer::timeout, [this, fn] {
+            QWidget* m = QApplication::activeModalWidget();
+            if (!done && m && m->isVisible() && fn(m)) {
+                done = true;
+                timer.stop();
+            }
+        });
+        timer.start();
+    }
+};
+
+bool clickbox(QWidget* m, QMessageBox::StandardButton b) {
+    auto* box = qobject_cast<QMessageBox*>(m);
+    if (!box || box->objectName() != "savechanges") return false;
+    box->button(b)->click();
+    return true;
+}
+
 void trigger(DesignFrame* f, const char* name) {
     QAction* a = f->action(name);
     ASSERT_NE(a, nullptr) << name;
@@ -120,10 +151,9 @@ TEST(QtShell, MenusOptionsAndNew) {
         EXPECT_FALSE(f->action("PEG")->isEnabled());
         EXPECT_FALSE(f->action("undo")->isEnabled());
         EXPECT_TRUE(f->action("design")->isEnabled());
-        // No settings: the help panel is hidden.
-        EXPECT_FALSE(f->helppanel()->isVisibleTo(f));
+        // First start: the installation's help line is on.
+        EXPECT_TRUE(f->helppanel()->isVisibleTo(f));
         // Options through their menu items, saved in the settings store.
-        trigger(f, "helpL");
         trigger(f, "nano");
         EXPECT_TRUE(f->action("nano")->isChecked());
         EXPECT_TRUE(f->helppanel()->isVisibleTo(f));
@@ -153,12 +183,52 @@ TEST(QtShell, MenusOptionsAndNew) {
     EXPECT_TRUE(menuchecked("nano"));
     EXPECT_TRUE(f->action("nano")->isChecked());
     EXPECT_TRUE(f->action("helpL")->isChecked());
-    EXPECT_FALSE(f->action("sfp")->isChecked());
+    EXPECT_TRUE(f->action("sfp")->isChecked()); // installation default
+    EXPECT_FALSE(f->action("showcoil")->isChecked());
     EXPECT_EQ(f->helplabel(0)->text().toStdString(), "Select a filter response.");
     trigger(f, "nano");
     trigger(f, "helpL");
     delete f;
     setdesktop(nullptr);
+}
+
+// First start writes the installation's options once; a later start keeps what the user
+// chose since, and an options section that holds anything at all is never filled in.
+TEST(QtShell, FirstStartDefaultsWrittenOnce) {
+    struct Case {
+        const char* what;
+        std::vector<std::pair<const char*, const char*>> before; // settings before the start
+        std::vector<std::pair<const char*, bool>> checked;       // menu items after it
+    };
+    const Case cases[] = {
+        {"fresh store", {}, {{"helpL", true}, {"partslist", true}, {"sfp", true}, {"nano", false}, {"showcoil", false}}},
+        {"user turned parts list off", {{"helpl", "1"}, {"partslist", "0"}, {"showparameters", "1"}},
+         {{"helpL", true}, {"partslist", false}, {"sfp", true}}},
+        {"only a help folder saved", {{"zkhelplocation", "/nowhere"}}, {{"helpL", false}, {"partslist", false}, {"sfp", false}}},
+    };
+    for (const Case& c : cases) {
+        QSettings("filter", "filter").clear();
+        for (auto& [k, v] : c.before) QSettings("filter", "filter").setValue(QString("options/") + k, v);
+        QtDesktop desk;
+        DesignFrame* f = desk.start();
+        for (auto& [item, on] : c.checked) EXPECT_EQ(f->action(item)->isChecked(), on) << c.what << ": " << item;
+        if (c.before.empty()) {
+            // Written, and a choice made after the first start survives the next start.
+            EXPECT_EQ(QSettings("filter", "filter").value("options/showparameters").toString(), "1");
+            trigger(f, "partslist");
+            delete f;
+            setdesktop(nullptr);
+            QtDesktop again;
+            DesignFrame* g = again.start();
+            EXPECT_FALSE(g->action("partslist")->isChecked());
+            EXPECT_TRUE(g->action("helpL")->isChecked());
+            delete g;
+        } else {
+            delete f;
+        }
+        setdesktop(nullptr);
+    }
+    QSettings("filter", "filter").clear();
 }
 
 TEST(QtShell, ButterworthLowPassThroughTheDialogs) {
@@ -218,6 +288,80 @@ TEST(QtShell, ButterworthLowPassThroughTheDialogs) {
     for (const std::string& s : c.seen) EXPECT_EQ(s.rfind("unexpected", 0), std::string::npos) << s;
     EXPECT_EQ(slotdump(), expected);
 
+    // The schematic shows its layout scaled to the window; a click on each dipole at 1:1,
+    // at 2:1 and at the fitted zoom selects that dipole.
+    QMdiSubWindow* sub = nullptr;
+    for (QMdiSubWindow* s : f->mdi()->subWindowList())
+        if (s->objectName() == "schematic") sub = s;
+    ASSERT_NE(sub, nullptr);
+    auto* view = dynamic_cast<WindowView*>(sub->widget());
+    ASSERT_NE(view, nullptr);
+    Canvas* canvas = view->canvas();
+    sub->resize(scaledlayout());
+    QApplication::processEvents();
+    double small = canvas->zoom();
+    EXPECT_DOUBLE_EQ(small, 1.0);
+    sub->resize(scaledlayout() * 2 + QSize(40, 60));
+    QApplication::processEvents();
+    EXPECT_GT(canvas->zoom(), 1.8);
+    EXPECT_TRUE(view->fitting());
+    int count = slot(0).count();
+    ASSERT_GE(count, 3);
+    auto clickall = [&](const char* what) {
+        double z = canvas->zoom();
+        for (int n = 1; n <= count; ++n) {
+            const Control* sym = schematicwindow(0).find("symbol", n);
+            if (!sym || !sym->visible || sym->width <= 0) continue;
+            schem.selecteddipole = -1;
+            QPoint at(static_cast<int>((sym->left + sym->width / 2) * z), static_cast<int>((sym->top + sym->height / 2) * z));
+            QTest::mouseClick(canvas, Qt::LeftButton, {}, at);
+            EXPECT_EQ(schem.selecteddipole, n) << what << " zoom " << z;
+        }
+    };
+    clickall("fit");
+    sub->resize(scaledlayout());
+    QApplication::processEvents();
+    view->zoomby(0.5); // never below 1:1
+    EXPECT_DOUBLE_EQ(canvas->zoom(), 1.0);
+    EXPECT_FALSE(view->fitting());
+    clickall("100%");
+    view->zoomby(2);
+    EXPECT_DOUBLE_EQ(canvas->zoom(), 2.0);
+    EXPECT_EQ(canvas->width(), scaledlayout().width() * 2);
+    clickall("200%");
+    view->fit();
+    EXPECT_TRUE(view->fitting());
+
+    // New over the unsaved design asks first; Cancel keeps the design.
+    ASSERT_FALSE(frame.designsaved);
+    {
+        ModalAnswer cancel([](QWidget* m) { return clickbox(m, QMessageBox::Cancel); });
+        trigger(f, "newfilter");
+        EXPECT_TRUE(cancel.done);
+        EXPECT_EQ(store.lastslot, 0);
+        EXPECT_EQ(slotdump(), expected);
+    }
+    // Save with a name typed without an extension: the dialog adds ".sch".
+    QString saveddir;
+    {
+        ModalAnswer save([&saveddir](QWidget* m) {
+            auto* d = qobject_cast<QFileDialog*>(m);
+            if (!d) return false;
+            auto* name = d->findChild<QLineEdit*>("fileNameEdit");
+            if (!name) return false;
+            saveddir = d->directory().absolutePath();
+            QFile::remove(QDir(saveddir).filePath("my butter.sch"));
+            name->setText("my butter");
+            static_cast<QDialog*>(d)->accept(); // the dialog's own accept: adds the suffix
+            return true;
+        });
+        trigger(f, "savefilter");
+        EXPECT_TRUE(save.done);
+    }
+    EXPECT_TRUE(QFileInfo(QDir(saveddir).filePath("my butter.sch")).isFile()) << saveddir.toStdString();
+    EXPECT_FALSE(QFileInfo(QDir(saveddir).filePath("my bu.sch")).exists());
+    EXPECT_TRUE(frame.designsaved);
+
     // One design: the menus of the one-design block, through the actions.
     EXPECT_TRUE(f->action("savefilter")->isEnabled());
     EXPECT_TRUE(f->action("PEG")->isEnabled());
@@ -236,6 +380,79 @@ TEST(QtShell, ButterworthLowPassThroughTheDialogs) {
     trigger(f, "newfilter");
     EXPECT_EQ(store.lastslot, -1);
     EXPECT_TRUE(f->action("butterworth")->isEnabled());
+    delete f;
+    setdesktop(nullptr);
+}
+
+// With ZELK_SCREENSHOTS set (run under a real display, 1400 by 900): a fresh start, a
+// band-pass with its schematic maximised, four tiled plots and the help viewer.
+TEST(QtShell, ScreenshotTour) {
+    if (qEnvironmentVariableIsEmpty("ZELK_SCREENSHOTS")) GTEST_SKIP() << "ZELK_SCREENSHOTS not set";
+    QSettings("filter", "filter").clear();
+    QtDesktop desk;
+    DesignFrame* f = desk.start();
+    f->show();
+    auto settle = [] {
+        for (int i = 0; i < 20; ++i) {
+            QApplication::processEvents();
+            QTest::qWait(20);
+        }
+    };
+    auto shoot = [&](const char* name) {
+        settle();
+        QDir dir(QString::fromLocal8Bit(qgetenv("ZELK_SCREENSHOTS")));
+        QGuiApplication::primaryScreen()->grabWindow(0).save(dir.filePath(name));
+    };
+    shoot("tour-1-start.png");
+    // Every prompt answered with its defaults; the selector picks a band-pass.
+    Clicker c(desk);
+    c.steps.push_back({"selfunction", [](QWidget* v) {
+                           QTest::mouseClick(button(v, "selection(2)"), Qt::LeftButton);
+                           QTest::mouseClick(button(v, "selection(4)"), Qt::LeftButton);
+                       }});
+    c.steps.push_back({"Getdata", [](QWidget* v) {
+                           typeinto(v, 0, "10M");
+                           typeinto(v, 1, "1M");
+                           typeinto(v, 2, "2");
+                           typeinto(v, 3, "3");
+                           typeinto(v, 4, "60");
+                           typeinto(v, 5, "");
+                           typeinto(v, 6, "50");
+                           typeinto(v, 7, "50");
+                           QTest::mouseClick(button(v, "accept"), Qt::LeftButton);
+                       }});
+    c.steps.push_back({"Getdata", [](QWidget* v) {
+                           typeinto(v, 0, "100");
+                           QTest::mouseClick(button(v, "accept"), Qt::LeftButton);
+                       }});
+    c.steps.push_back({"designtitle", [](QWidget* v) {
+                           auto* e = v->findChild<QLineEdit*>("Text1");
+                           e->selectAll();
+                           QTest::keyClicks(e, "Band-pass 10 MHz");
+                           QTest::mouseClick(button(v, "Command1"), Qt::LeftButton);
+                       }});
+    trigger(f, "butterworth");
+    for (QMdiSubWindow* s : f->mdi()->subWindowList())
+        if (s->objectName() == "schematic") s->showMaximized();
+    shoot("tour-2-bandpass.png");
+    for (const char* plot : {"PIG", "GD", "inputz", "USR"}) {
+        for (int i = 0; i < 3; ++i)
+            c.steps.push_back({"Getdata", [](QWidget* v) { QTest::mouseClick(button(v, "accept"), Qt::LeftButton); }});
+        ModalAnswer yes([](QWidget* m) {
+            auto* box = qobject_cast<QMessageBox*>(m);
+            if (!box) return false;
+            box->defaultButton() ? box->defaultButton()->click() : box->accept();
+            return true;
+        });
+        trigger(f, plot);
+        c.steps.clear();
+        settle();
+    }
+    trigger(f, "tileH");
+    shoot("tour-3-plots.png");
+    desk.showhelp(QString::fromStdString(helppagepath(HELPFILE)));
+    shoot("tour-4-help.png");
+    frame.designsaved = true;
     delete f;
     setdesktop(nullptr);
 }

@@ -1,6 +1,7 @@
 #include "shell/qt/qtsurface.h"
 
 #include <QFontMetricsF>
+#include <cmath>
 
 namespace zelk::qt {
 
@@ -61,13 +62,16 @@ PixmapSurface::PixmapSurface(double widthpx, double heightpx, double unit)
 
 PixmapSurface::~PixmapSurface() { painter_.reset(); }
 
-void PixmapSurface::resize(int w, int h) {
+void PixmapSurface::resize(int w, int h, double ratio) {
     painter_.reset();
     if (w < 1) w = 1;
     if (h < 1) h = 1;
+    if (!(ratio > 0)) ratio = 1;
     width_ = w;
     height_ = h;
-    pixmap_ = QPixmap(w, h);
+    ratio_ = ratio;
+    pixmap_ = QPixmap(static_cast<int>(std::ceil(w * ratio)), static_cast<int>(std::ceil(h * ratio)));
+    pixmap_.setDevicePixelRatio(ratio);
     pixmap_.fill(Qt::white);
 }
 

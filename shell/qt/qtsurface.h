@@ -49,7 +49,9 @@ class PixmapSurface : public PainterSurface {
     PixmapSurface(double widthpx, double heightpx, double unit);
     ~PixmapSurface() override;
     // New client size: a fresh white pixmap (the window redraws on its resize event).
-    void resize(int widthpx, int heightpx);
+    // `ratio` device pixels to a logical pixel keep a zoomed or high-density view sharp.
+    void resize(int widthpx, int heightpx, double ratio = 1);
+    double ratio() const { return ratio_; }
     // Ends pending painting; the pixmap is then complete.
     const QPixmap& pixmap();
 
@@ -58,6 +60,7 @@ class PixmapSurface : public PainterSurface {
 
   private:
     QPixmap pixmap_;
+    double ratio_ = 1;
     std::unique_ptr<QPainter> painter_;
 };
 

@@ -12,6 +12,10 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScrollArea>
+#include <QWheelEvent>
+#include <algorithm>
+#include <cmath>
 #include <QScrollBar>
 #include <QVBoxLayout>
 
@@ -183,6 +187,9 @@ void ControlMirror::sync() {
         QWidget* widget = it->second;
         if (!widget) continue;
         QSignalBlocker block(widget);
+        // A placed control follows its window's layout (a plot moves its buttons below
+        // the frame when it is resized or tiled).
+        if (QRect r; place_ && place_(c, r) && widget->geometry() != r) widget->setGeometry(r);
         widget->setToolTip(qs(c.tooltip));
         widget->setEnabled(c.enabled);
         if (auto* b = dynamic_cast<QPushButton*>(widget)) b->setText(qs(c.caption));
@@ -227,19 +234,63 @@ void ControlMirror::sync() {
 
 // ---------------------------------------------------------------------------------------
 
-Canvas::Canvas(Window& w, QWidget* parent) : QWidget(parent), w_(w) {
+bool scaledwindow(const Window& w) { return w.formname == "schematic" || w.formname == "schematic1"; }
+
+// The schematic and its report laid out as on the 800 by 600 screen the layout was made
+// for: full-size symbols (the half size starts under 600 pixels), room for the listing.
+QSize scaledlayout() { return QSize(760, 500); }
+
+Canvas::Canvas(Window& w, QWidget* parent) : QWidget(parent), w_(w), scaled_(scaledwindow(w)) {
     setObjectName("canvas");
     setMouseTracking(true);
     setAttribute(Qt::WA_OpaquePaintEvent, w.draws);
+    if (scaled_) setFixedSize(scaledlayout());
 }
 
 QSize Canvas::sizeHint() const {
+    if (scaled_) return scaledlayout() * zoom_;
     return QSize(static_cast<int>(w_.clientwidth / w_.unit), static_cast<int>(w_.clientheight / w_.unit));
+}
+
+void Canvas::setzoom(double z) {
+    if (!scaled_) return;
+    z = std::clamp(z, 1.0, 8.0);
+    zoom_ = z;
+    QSize l = scaledlayout();
+    setFixedSize(static_cast<int>(l.width() * z), static_cast<int>(l.height() * z));
+    // The drawing is made again at the density it is shown at, so that lines and text stay
+    // sharp at any zoom and on a high-density screen.
+    double ratio = z * devicePixelRatioF();
+    PixmapSurface& s = surfaceof(w_);
+    if (std::abs(s.ratio() - ratio) > 1e-9) {
+        s.resize(l.width(), l.height(), ratio);
+        Window* w = &w_;
+        logicevent([w] { w->resized(); });
+    }
+    update();
+}
+
+void Canvas::wheelEvent(QWheelEvent* e) {
+    if (!scaled_ || !(e->modifiers() & Qt::ControlModifier)) {
+        QWidget::wheelEvent(e);
+        return;
+    }
+    for (QWidget* p = parentWidget(); p; p = p->parentWidget())
+        if (auto* v = dynamic_cast<WindowView*>(p)) {
+            int steps = e->angleDelta().y() / 120;
+            if (steps != 0) v->zoomby(std::pow(1.25, steps));
+            break;
+        }
+    e->accept();
 }
 
 void Canvas::paintEvent(QPaintEvent*) {
     QPainter p(this);
     if (!w_.draws) return;
+    if (scaled_) {
+        p.fillRect(rect(), Qt::white);
+        p.scale(zoom_, zoom_);
+    }
     p.drawPixmap(0, 0, surfaceof(w_).pixmap());
     if (w_.overlay.on) {
         p.setPen(hostcolour(w_.overlay.colour));
@@ -259,7 +310,8 @@ Control* Canvas::target(double x, double y) {
 }
 
 void Canvas::route(QMouseEvent* e, int kind) {
-    double x = e->position().x() * w_.unit, y = e->position().y() * w_.unit;
+    QPointF l = tological(e->position());
+    double x = l.x(), y = l.y();
     Control* c = kind == 0 ? target(x, y) : (pressed_ ? pressed_ : target(x, y));
     if (!c) return;
     // A picture control sees the pointer in its own box; the window's frame (the plot area
@@ -287,7 +339,8 @@ void Canvas::mouseMoveEvent(QMouseEvent* e) { route(e, 1); }
 void Canvas::mouseReleaseEvent(QMouseEvent* e) { route(e, 2); }
 
 void Canvas::mouseDoubleClickEvent(QMouseEvent* e) {
-    double x = e->position().x() * w_.unit, y = e->position().y() * w_.unit;
+    QPointF l = tological(e->position());
+    double x = l.x(), y = l.y();
     if (Control* c = target(x, y)) {
         std::string name = c->name;
         int index = c->index;
@@ -297,7 +350,8 @@ void Canvas::mouseDoubleClickEvent(QMouseEvent* e) {
 }
 
 void Canvas::resizeEvent(QResizeEvent*) {
-    if (!w_.draws) return;
+    // A scaled window keeps its layout: the view's size only changes the zoom.
+    if (!w_.draws || scaled_) return;
     double cw = width() * w_.unit, ch = height() * w_.unit;
     if (cw == w_.clientwidth && ch == w_.clientheight) return;
     w_.clientwidth = cw;
@@ -318,7 +372,18 @@ WindowView::WindowView(Window& w, QWidget* parent) : QWidget(parent), w_(w) {
     auto* formholder = new QWidget(this);
     formholder_ = formholder;
     auto* form = new QFormLayout(formholder);
-    if (anyplaced) {
+    if (canvas_->scaled()) {
+        scroll_ = new QScrollArea(this);
+        scroll_->setObjectName("scroll");
+        scroll_->setFrameShape(QFrame::NoFrame);
+        scroll_->setAlignment(Qt::AlignCenter);
+        scroll_->setStyleSheet("QScrollArea { background: white; }");
+        scroll_->setWidgetResizable(false);
+        scroll_->setWidget(canvas_);
+        scroll_->setMinimumSize(50, 50);
+        scroll_->viewport()->installEventFilter(this);
+        layout->addWidget(scroll_, 1);
+    } else if (anyplaced) {
         canvas_->setMinimumSize(w.draws ? QSize(50, 50) : canvas_->sizeHint());
         layout->addWidget(canvas_, 1);
     } else {
@@ -338,6 +403,25 @@ WindowView::WindowView(Window& w, QWidget* parent) : QWidget(parent), w_(w) {
         return false;
     });
     sync();
+}
+
+void WindowView::fit() {
+    if (!scroll_) return;
+    fit_ = true;
+    QSize room = scroll_->maximumViewportSize();
+    QSize l = scaledlayout();
+    canvas_->setzoom(std::min(room.width() / static_cast<double>(l.width()), room.height() / static_cast<double>(l.height())));
+}
+
+void WindowView::zoomby(double factor) {
+    if (!scroll_) return;
+    fit_ = false;
+    canvas_->setzoom(canvas_->zoom() * factor);
+}
+
+bool WindowView::eventFilter(QObject* o, QEvent* e) {
+    if (scroll_ && o == scroll_->viewport() && e->type() == QEvent::Resize && fit_) fit();
+    return QWidget::eventFilter(o, e);
 }
 
 WindowView::~WindowView() {
@@ -381,8 +465,19 @@ void WindowDialog::closeEvent(QCloseEvent* e) {
 }
 
 void WindowDialog::reject() {
-    // Escape is the close box.
+    // Escape is the window's Cancel button where it has one, else its close box.
     Window* w = &w_;
+    for (auto& up : w_.controls) {
+        Control& c = *up;
+        if (c.kind != ControlKind::Button || !c.visible || !c.enabled) continue;
+        QString caption = qs(c.caption).remove('&').trimmed();
+        if (caption.compare("Cancel", Qt::CaseInsensitive) == 0 || caption.compare("Abort", Qt::CaseInsensitive) == 0) {
+            std::string name = c.name;
+            int index = c.index;
+            logicevent([w, name, index] { w->click(name, index); });
+            return;
+        }
+    }
     logicevent([w] { w->closebox(); });
 }
 

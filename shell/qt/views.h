@@ -15,6 +15,7 @@
 
 class QLabel;
 class QLineEdit;
+class QScrollArea;
 class QPushButton;
 class QFormLayout;
 
@@ -48,10 +49,23 @@ class ControlMirror {
     QWidget* make(Control& c);
 };
 
-// The drawing of a window that draws, with its placed controls over it.
+// True for the windows whose drawing keeps a fixed layout and is scaled to the view: the
+// schematics with their design report.
+bool scaledwindow(const Window& w);
+// The layout size of a scaled window, in pixels of the drawing at 1:1.
+QSize scaledlayout();
+
+// The drawing of a window that draws, with its placed controls over it. A scaled window's
+// canvas shows its fixed layout at a zoom factor (never below 1:1); pointer positions go
+// back to the logic through the same factor.
 class Canvas : public QWidget {
   public:
     Canvas(Window& w, QWidget* parent);
+    bool scaled() const { return scaled_; }
+    double zoom() const { return zoom_; }
+    // Shows the layout at factor z (clamped to 1..8) and redraws it at the new density.
+    void setzoom(double z);
+    void wheelEvent(QWheelEvent*) override;
     void paintEvent(QPaintEvent*) override;
     void mousePressEvent(QMouseEvent*) override;
     void mouseMoveEvent(QMouseEvent*) override;
@@ -62,7 +76,10 @@ class Canvas : public QWidget {
 
   private:
     Window& w_;
+    bool scaled_ = false;
+    double zoom_ = 1;
     Control* pressed_ = nullptr;
+    QPointF tological(QPointF p) const { return p / zoom_ * w_.unit; }
     Control* target(double x, double y);
     void route(QMouseEvent* e, int kind);
 };
@@ -75,10 +92,18 @@ class WindowView : public QWidget {
     void sync();
     Window& window() { return w_; }
     Canvas* canvas() { return canvas_; }
+    // Zoom of a scaled window: fit to the view (the default), or a factor the user chose
+    // with Ctrl + wheel or Ctrl +/-.
+    void fit();
+    void zoomby(double factor);
+    bool fitting() const { return fit_; }
+    bool eventFilter(QObject*, QEvent*) override;
 
   private:
     Window& w_;
     Canvas* canvas_;
+    QScrollArea* scroll_ = nullptr;
+    bool fit_ = true;
     ControlMirror* mirror_;
     ControlMirror* formmirror_;
     QWidget* formholder_ = nullptr;
