@@ -4,6 +4,8 @@
 #pragma once
 
 #include <QMainWindow>
+#include <QMdiSubWindow>
+#include <QPointer>
 #include <map>
 #include <memory>
 #include <random>
@@ -14,7 +16,6 @@ class QAction;
 class QEventLoop;
 class QLabel;
 class QMdiArea;
-class QMdiSubWindow;
 class QMenu;
 class QFrame;
 class QPrinter;
@@ -113,8 +114,9 @@ class QtDesktop : public Desktop {
 
   private:
     struct View {
-        WindowDialog* dialog = nullptr; // modal and free windows that do not draw
-        QMdiSubWindow* sub = nullptr;   // windows that draw, as MDI children
+        // Guarded: the frame owns them and may go first when the program ends.
+        QPointer<WindowDialog> dialog;  // modal and free windows that do not draw
+        QPointer<QMdiSubWindow> sub;    // windows that draw, as MDI children
         WindowView* view = nullptr;
         QEventLoop* loop = nullptr;
     };
@@ -124,7 +126,7 @@ class QtDesktop : public Desktop {
     DesignFrame* frame_ = nullptr;
     std::mt19937_64 random_;
     std::unique_ptr<QPrinter> printer_;
-    HelpViewer* help_ = nullptr;
+    QPointer<HelpViewer> help_;
     bool syncing_ = false;
     int busy_ = 0;
     WindowDialog* makedialog(Window& w);

@@ -236,9 +236,10 @@ void ControlMirror::sync() {
 
 bool scaledwindow(const Window& w) { return w.formname == "schematic" || w.formname == "schematic1"; }
 
-// The schematic and its report laid out as on the 800 by 600 screen the layout was made
-// for: full-size symbols (the half size starts under 600 pixels), room for the listing.
-QSize scaledlayout() { return QSize(760, 500); }
+// The schematic and its report laid out as in a window on a 1024 by 768 screen: full-size
+// symbols (the half size starts under 600 pixels), and room for the listing's columns and
+// the spread lines beside the title block.
+QSize scaledlayout() { return QSize(1000, 640); }
 
 Canvas::Canvas(Window& w, QWidget* parent) : QWidget(parent), w_(w), scaled_(scaledwindow(w)) {
     setObjectName("canvas");
