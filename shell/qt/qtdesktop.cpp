@@ -56,6 +56,13 @@ QString qs(const std::string& s) { return QString::fromStdString(s); }
 std::string running;
 CommandKind runningkind = CommandKind::Plain;
 
+// A menu's caption on the bar: top menus answer Alt + their first letter.
+QString barcaption(const MenuItem& m) {
+    QString caption = qs(m.caption);
+    if (m.parent.empty() && !m.popup && !caption.contains('&')) caption.prepend('&');
+    return caption;
+}
+
 std::string plaincaption(std::string c) {
     c.erase(std::remove(c.begin(), c.end(), '&'), c.end());
     return c;
@@ -154,9 +161,7 @@ void DesignFrame::buildmenubar() {
     for (const MenuItem& top : menuitems()) {
         if (!top.parent.empty()) continue;
         std::string name = top.name;
-        // Top menus answer Alt + their first letter.
-        QString caption = qs(top.caption);
-        if (!top.popup && !caption.contains('&')) caption.prepend('&');
+        QString caption = barcaption(top);
         QMenu* m = top.popup ? new QMenu(caption, this) : menuBar()->addMenu(caption);
         m->setObjectName(qs(name));
         menus_[name] = m;
@@ -213,7 +218,7 @@ void DesignFrame::syncmenus() {
         QAction* a = action(item.name);
         if (!a) continue;
         a->setEnabled(item.enabled);
-        a->setText(qs(item.caption));
+        a->setText(barcaption(item));
         a->setVisible(item.visible);
         bool optionlike = item.checked || item.parent == "options" || item.parent == "window";
         a->setCheckable(optionlike);

@@ -377,7 +377,33 @@ TEST(QtShell, ButterworthLowPassThroughTheDialogs) {
     EXPECT_FALSE(f->action("butterworth")->isEnabled());
     EXPECT_TRUE(f->action("MCL")->isEnabled());
     EXPECT_FALSE(f->action("nano")->isEnabled());
+    // New with the schematic maximised (saved: no question) gives the frame its own title
+    // and an empty work area back.
+    sub->showMaximized();
+    QApplication::processEvents();
     trigger(f, "newfilter");
+    QApplication::processEvents();
+    EXPECT_EQ(store.lastslot, -1);
+    EXPECT_TRUE(f->action("butterworth")->isEnabled());
+    EXPECT_EQ(f->windowTitle(), "ZELK Filter Design");
+    EXPECT_FALSE(sub->isMaximized());
+    delete f;
+    setdesktop(nullptr);
+}
+
+// Esc is Cancel: in the function selector it abandons the design instead of accepting.
+// The top menus answer Alt + their first letter.
+TEST(QtShell, EscapeCancelsAndMenuKeys) {
+    QtDesktop desk;
+    DesignFrame* f = desk.start();
+    f->show();
+    for (const char* m : {"file", "utilities", "analysis", "design", "options", "window", "about"})
+        EXPECT_TRUE(f->menu(m)->title().startsWith('&')) << m;
+    Clicker c(desk);
+    c.steps.push_back({"selfunction", [](QWidget* v) { QTest::keyClick(v, Qt::Key_Escape); }});
+    trigger(f, "butterworth");
+    EXPECT_TRUE(c.steps.empty());
+    for (const std::string& s : c.seen) EXPECT_EQ(s.rfind("unexpected", 0), std::string::npos) << s;
     EXPECT_EQ(store.lastslot, -1);
     EXPECT_TRUE(f->action("butterworth")->isEnabled());
     delete f;
