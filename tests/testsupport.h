@@ -6,6 +6,7 @@
 #include <string>
 
 #include "batch/runner.h"
+#include "core/commands.h"
 
 namespace zelk::test {
 
@@ -29,5 +30,14 @@ struct Session {
         return s;
     }
 };
+
+// The schematic's view options as the menu sets them.
+inline void options(bool partslist, bool sfp, bool tuning = false, bool coil = false, bool nano = false) {
+    setchecked("partslist", partslist);
+    setchecked("sfp", sfp);
+    setchecked("showtuning", tuning);
+    setchecked("showcoil", coil);
+    setchecked("nano", nano);
+}
 
 } // namespace zelk::test

@@ -1,8 +1,7 @@
 // The desktop application driven through its real widgets: menus from the model, a
 // Butterworth low-pass clicked through the selector and panel dialogs and compared with
 // the same design run as a batch script, options kept across a restart, New closing the
-// child windows. Runs on the offscreen platform; with ZELK_SCREENSHOTS set to a folder the
-// dialogs are also saved there as PNG files.
+// child windows. Runs on the offscreen platform.
 #include <gtest/gtest.h>
 
 #include <QAction>
@@ -86,13 +85,6 @@ void typeinto(QWidget* view, int row, const QString& text) {
     if (!text.isEmpty()) QTest::keyClicks(e, text);
 }
 
-void screenshot(QWidget* w, const char* name) {
-    QByteArray dir = qgetenv("ZELK_SCREENSHOTS");
-    if (dir.isEmpty()) return;
-    QDir().mkpath(QString::fromLocal8Bit(dir));
-    w->grab().save(QDir(QString::fromLocal8Bit(dir)).filePath(name));
-}
-
 std::string slotdump() {
     std::ostringstream out;
     dumpslot(0, out);
@@ -138,7 +130,6 @@ TEST(QtShell, MenusOptionsAndNew) {
         QtDesktop desk;
         DesignFrame* f = desk.start();
         f->show();
-        screenshot(f, "frame-start.png");
         // The bar mirrors the model: FILE first, the edit pop-up is no part of it.
         ASSERT_NE(f->menu("file"), nullptr);
         ASSERT_NE(f->menu("edit"), nullptr);
@@ -170,7 +161,6 @@ TEST(QtShell, MenusOptionsAndNew) {
             return n;
         };
         EXPECT_EQ(visiblechildren(), 1);
-        screenshot(f, "frame-trouble.png");
         trigger(f, "newfilter");
         QApplication::processEvents();
         EXPECT_EQ(visiblechildren(), 0);
@@ -257,7 +247,6 @@ TEST(QtShell, ButterworthLowPassThroughTheDialogs) {
                            QTest::mouseClick(button(v, "selection(0)"), Qt::LeftButton);
                            // One click on the configuration picture steps from Pi to T.
                            QTest::mouseClick(v->findChild<QWidget*>("canvas"), Qt::LeftButton, {}, QPoint(100, 100));
-                           screenshot(v, "selfunction.png");
                            QTest::mouseClick(button(v, "selection(4)"), Qt::LeftButton);
                        }});
     c.steps.push_back({"Getdata", [](QWidget* v) {
@@ -268,7 +257,6 @@ TEST(QtShell, ButterworthLowPassThroughTheDialogs) {
                            typeinto(v, 4, "5");
                            typeinto(v, 5, "50");
                            typeinto(v, 6, "50");
-                           screenshot(v, "getdata.png");
                            QTest::mouseClick(button(v, "accept"), Qt::LeftButton);
                        }});
     c.steps.push_back({"Getdata", [](QWidget* v) {

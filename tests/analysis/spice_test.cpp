@@ -2,17 +2,15 @@
 // are run through ngspice, and its voltage at the load is compared with the program's
 // Power Effective Gain and phase over the whole sweep.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 
-#include "analysis/response.h"
 #include "analysis/spiceexport.h"
 #include "core/designstore.h"
-#include "ladders.h"
+#include "ngspice.h"
+#include "reference.h"
 #include "testsupport.h"
 
 namespace zelk {
@@ -20,71 +18,7 @@ namespace {
 
 namespace fs = std::filesystem;
 using test::Kind;
-
-bool havengspice() { return std::system("ngspice --version > /dev/null 2>&1") == 0; }
-
-fs::path workdir() {
-    fs::path p = fs::temp_directory_path() / ("zelk-spice-test-" + std::to_string(::getpid()));
-    fs::create_directories(p);
-    return p;
-}
-
-struct Row {
-    double f, vm, vp;
-};
-
-// Runs a deck in batch mode and reads the rows of its .print table.
-std::vector<Row> runngspice(const fs::path& deck) {
-    fs::path out = deck;
-    out.replace_extension(".out");
-    std::string cmd = "ngspice -b \"" + deck.string() + "\" > \"" + out.string() + "\" 2>&1";
-    EXPECT_EQ(std::system(cmd.c_str()), 0) << cmd;
-    std::ifstream in(out);
-    std::vector<Row> rows;
-    std::string line;
-    while (std::getline(in, line)) {
-        std::istringstream ls(line);
-        long index;
-        Row r;
-        if (ls >> index >> r.f >> r.vm >> r.vp) rows.push_back(r);
-    }
-    return rows;
-}
-
-struct Compared {
-    int points = 0;
-    double worstdb = 0, worstdeg = 0;
-};
-
-// Compares slot 0 with ngspice over the deck's sweep, where the response is above -100 dB.
-Compared crosscheck(const std::string& name, double F1, double F2) {
-    std::ostringstream deck;
-    std::string why;
-    EXPECT_TRUE(spicenetlist(0, deck, why, F1, F2)) << name << ": " << why;
-    fs::path file = workdir() / (name + ".cir");
-    std::ofstream(file) << deck.str();
-    std::vector<Row> rows = runngspice(file);
-    EXPECT_GE(rows.size(), 500u) << name;
-    const double Z1 = dipole(0, 1).R, ZL = dipole(0, slot(0).count()).R;
-    Compared c;
-    for (const Row& r : rows) {
-        double spicepeg = 20 * std::log10(2 * r.vm) + 10 * std::log10(Z1 / ZL);
-        if (spicepeg < -100) continue;
-        store.wA = TWOPI * r.f;
-        double peg = response(Quantity::PEG, 0);
-        store.wA = TWOPI * r.f;
-        double phase = response(Quantity::Phase, 0);
-        // The program's phase is a sum of principal-value arctangents: it equals the true
-        // phase modulo 180 degrees.
-        double dphase = std::remainder(phase - r.vp * 180 / M_PI, 180.0);
-        c.worstdb = std::max(c.worstdb, std::abs(peg - spicepeg));
-        c.worstdeg = std::max(c.worstdeg, std::abs(dphase));
-        ++c.points;
-        EXPECT_NEAR(peg, spicepeg, 0.01) << name << " at " << r.f << " Hz";
-        EXPECT_NEAR(dphase, 0, 0.1) << name << " at " << r.f << " Hz";
-    }
-    return c;
-}
+using test::havengspice;
 
 TEST(SpiceCrossCheck, TextbookLaddersAgreeWithNgspice) {
     if (!havengspice()) GTEST_SKIP() << "ngspice is not installed: the cross-check needs it";
@@ -112,9 +46,7 @@ TEST(SpiceCrossCheck, TextbookLaddersAgreeWithNgspice) {
     };
     for (const Case& c : cases) {
         test::buildladder(0, c.ladder);
-        Compared r = crosscheck(c.name, c.F1, c.F2);
-        EXPECT_GT(r.points, 200) << c.name;
-        RecordProperty(c.name, std::to_string(r.worstdb) + " dB, " + std::to_string(r.worstdeg) + " deg");
+        EXPECT_GT(test::crosscheck(c.name, c.F1, c.F2), 200) << c.name;
     }
 }
 
@@ -127,25 +59,22 @@ TEST(SpiceCrossCheck, CatalogueMixAgreesWithNgspice) {
     for (int round = 0; round < 2; ++round) {
         // A few dipoles at a time keep the response above the comparison floor.
         for (size_t first = 0; first < std::size(series); first += 4) {
-            DesignSlot& sl = slot(0);
-            for (auto& d : sl.dipoles) d = Dipole{};
-            sl.dip(1).type = 1, sl.dip(1).R = 50;
-            int d = 2;
-            for (size_t k = first; k < first + 4 && k < std::size(series); ++k) {
+            std::vector<test::Part> parts{{1, 50}};
+            for (size_t k = first; k < first + 4 && k < std::size(series); ++k)
                 for (int t : {shunt[k], series[k]}) {
-                    Dipole& p = sl.dip(d++);
-                    p.type = static_cast<short>(t);
-                    p.R = 220, p.L = 0.8e-6, p.C = 300e-12, p.La = 1.5e-6, p.Ca = 150e-12;
-                    p.K = 0.6, p.Qu = round ? 90 : 0, p.Qa = round ? 60 : 0;
-                    p.Ls = 0.04069 / 1000, p.Cs = 1.9e-14 * 300, p.Cp = 4.5e-12, p.Rs = 5;
-                    if (d % 2 == 1 && t == 31) p.R = 1000; // a resistor across the line
+                    // A resistor in a shunt place stands across the line.
+                    test::Part p{t, t == 31 && parts.size() % 2 == 1 ? 1000 : 220.0, 300e-12, 0.8e-6, 150e-12, 1.5e-6};
+                    parts.push_back(p);
                 }
+            parts.push_back({31, 50});
+            DesignSlot& sl = test::writeladder(0, parts);
+            for (int d = 2; d < sl.count(); ++d) {
+                Dipole& p = sl.dip(d);
+                p.K = 0.6, p.Qu = round ? 90 : 0, p.Qa = round ? 60 : 0;
+                p.Ls = 0.04069 / 1000, p.Cs = 1.9e-14 * 300, p.Cp = 4.5e-12, p.Rs = 5;
             }
-            sl.dip(d).type = 31, sl.dip(d).R = 50;
-            sl.dipolecount = d;
             std::string name = "mix-" + std::to_string(round) + "-" + std::to_string(first);
-            Compared r = crosscheck(name, 1e6, 1e8);
-            EXPECT_GT(r.points, 50) << name;
+            EXPECT_GT(test::crosscheck(name, 1e6, 1e8), 50) << name;
         }
     }
 }
@@ -154,7 +83,7 @@ TEST(SpiceExport, TheDeckRunsAloneAndOddTypesAreRefused) {
     test::Session s;
     test::buildladder(0, {Kind::LP, test::butterworthg(3), true, 50, 1e6, 0, 100});
     store.lastslot = 0, store.curslot = 0;
-    fs::path file = workdir() / "export-verb.cir";
+    fs::path file = test::spiceworkdir() / "export-verb.cir";
     std::string path = file.generic_string();
     EXPECT_EQ(s.run("export spice \"" + path + "\"\n"), 0);
     std::ifstream in(file);
@@ -168,10 +97,7 @@ TEST(SpiceExport, TheDeckRunsAloneAndOddTypesAreRefused) {
     // The default span: a decade around the 1 MHz corner, at least 512 steps.
     EXPECT_NE(deck.find(".ac dec 512 316227.7"), std::string::npos) << deck;
     EXPECT_NE(deck.find(".end\n"), std::string::npos);
-    if (havengspice()) {
-        std::vector<Row> rows = runngspice(file);
-        EXPECT_EQ(rows.size(), 513u);
-    }
+    if (havengspice()) EXPECT_EQ(test::runngspice(file).size(), 513u);
 
     // Types without a plain-part form, and places where a type means something else.
     struct Odd {

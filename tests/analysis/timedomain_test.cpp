@@ -8,6 +8,7 @@
 
 #include "analysis/timedomain.h"
 #include "core/designstore.h"
+#include "reference.h"
 #include "testsupport.h"
 
 namespace zelk {
@@ -17,15 +18,7 @@ constexpr double RS = 50, RL = 50, C = 10e-9;
 constexpr double TP = 6.283185308; // the program's two-pi sets the harmonic frequencies
 
 // 50 ohms, a shunt 10 nF, an empty series place, a 50 ohm load.
-void rcladder() {
-    store.lastslot = 0;
-    store.curslot = 0;
-    slot(0).dipolecount = 4;
-    dipole(0, 1).type = 1, dipole(0, 1).R = RS;
-    dipole(0, 2).type = 33, dipole(0, 2).C = C;
-    dipole(0, 3).type = 6;
-    dipole(0, 4).type = 31, dipole(0, 4).R = RL;
-}
+void rcladder() { test::ladder({{1, RS}, {33, 0, C}, {6}, {31, RL}}); }
 
 // The divider's voltage ratio over the source EMF, with no parasitics (the catalogue's
 // 1e-6 siemens across the capacitor moves the walk's numbers by about 5e-5 relative).

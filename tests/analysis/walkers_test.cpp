@@ -5,12 +5,13 @@
 #include <gtest/gtest.h>
 
 #include <complex>
+#include <vector>
 
 #include "analysis/response.h"
 #include "analysis/walkers.h"
 #include "core/designstore.h"
 #include "core/dipoles.h"
-#include "ladders.h"
+#include "reference.h"
 #include "testsupport.h"
 
 namespace zelk {
@@ -66,19 +67,17 @@ TEST(Walkers, InputImpedanceAndPhaseAgreeWithAChainMatrix) {
         // Reference: chain matrices from the load back, each arm as 1/Y or Z as the
         // catalogue evaluates it, with wA = 2*pi*f at the program's pi.
         store.wA = TWOPI * f;
-        cd A(1), B(0), C(0), D(1); // of dipoles 2..n
+        test::Chain m; // of dipoles 2..n
         int n = slot(0).count();
         for (int d = 2; d <= n; ++d) {
             dipoleimmittance(d, 0);
-            cd Z(store.Zr, store.Zi), Y(store.Yr, store.Yi);
-            cd a = A, b = B, c = C, dd = D;
-            if (d % 2 == 1) B = a * Z + b, D = c * Z + dd; // times a series arm
-            else A = a + b * Y, C = c + dd * Y;            // times a shunt arm
+            if (d % 2) m.series({store.Zr, store.Zi});
+            else m.shunt({store.Yr, store.Yi});
         }
-        cd Zin = A / C; // looking into dipole 2 with the output open (load included)
+        cd Zin = m.A / m.C; // looking into dipole 2 with the output open (load included)
         EXPECT_NEAR(at(Quantity::InputImpedance, f), std::abs(Zin), 1e-9 * std::abs(Zin));
         double Rs = 75;
-        cd H = 1.0 / (A + Rs * C); // Vout / Vsource
+        cd H = 1.0 / (m.A + Rs * m.C); // Vout / Vsource
         store.wA = TWOPI * f;
         forwardwalk(0);
         EXPECT_NEAR(walk.Vratio, std::abs(H), 1e-6 * std::abs(H));
@@ -98,15 +97,11 @@ TEST(Walkers, InputImpedanceAndPhaseAgreeWithAChainMatrix) {
 
 TEST(Walkers, FloorOpenAndEmptyPlacesAndAbort) {
     test::Session s;
+    // Plain dipoles of the given types and resistances, every one with C = 1 nF.
     auto plain = [](std::initializer_list<std::pair<int, double>> ds) {
-        DesignSlot& sl = slot(0);
-        int d = 0;
-        for (auto [t, R] : ds) {
-            Dipole& p = sl.dip(++d);
-            p = Dipole{};
-            p.type = static_cast<short>(t), p.R = R, p.C = 1e-9;
-        }
-        sl.dipolecount = d;
+        std::vector<test::Part> parts;
+        for (auto [t, R] : ds) parts.push_back({t, R, 1e-9});
+        test::writeladder(0, parts);
     };
     store.wA = TWOPI * 1e6;
     // Type 6 in a shunt place: a1 = 0 by sign(0), Zdmag 0, Vratio to the floor.

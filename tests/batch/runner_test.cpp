@@ -52,37 +52,25 @@ TEST(Batch, Tokenizer) {
 }
 
 TEST(Batch, ExitStatuses) {
-    {
+    // Script, exit status, and a piece of the error text ("" not checked).
+    const struct {
+        const char *script;
+        int status;
+        const char* error;
+    } cases[] = {
+        {"# a comment\n\nnosuchcommand\n", 1, "unknown command nosuchcommand"},
+        {"> nosuchwindow: x\n", 1, ""},
+        {"> Getdata: accept\n", 2, "Getdata"}, // an answer nobody asks for
+        {"testaskpanel\n", 2, "window Getdata opened and the queue is empty"},
+        {"> msgbox: Yes\n> Getdata: accept\ntestaskboth\n", 2, ""}, // the head is for another window
+        {"> Getdata: 5\n> msgbox: Retry\ntestaskboth\n", 2, ""},   // an answer that does not fit
+        {"dump slot 9\n", 1, ""},
+        {"dump nothing\n", 1, ""},
+    };
+    for (const auto& c : cases) {
         test::Session s;
-        EXPECT_EQ(s.run("# a comment\n\nnosuchcommand\n"), 1);
-        EXPECT_NE(s.err.str().find("unknown command nosuchcommand"), std::string::npos);
-    }
-    {
-        test::Session s;
-        EXPECT_EQ(s.run("> nosuchwindow: x\n"), 1);
-    }
-    {
-        test::Session s; // an answer nobody asks for
-        EXPECT_EQ(s.run("> Getdata: accept\n"), 2);
-        EXPECT_NE(s.err.str().find("Getdata"), std::string::npos);
-    }
-    {
-        test::Session s; // a window left unanswered
-        EXPECT_EQ(s.run("testaskpanel\n"), 2);
-        EXPECT_NE(s.err.str().find("window Getdata opened and the queue is empty"), std::string::npos);
-    }
-    {
-        test::Session s; // the head of the queue is for another window
-        EXPECT_EQ(s.run("> msgbox: Yes\n> Getdata: accept\ntestaskboth\n"), 2);
-    }
-    {
-        test::Session s; // an answer that does not fit the box
-        EXPECT_EQ(s.run("> Getdata: 5\n> msgbox: Retry\ntestaskboth\n"), 2);
-    }
-    {
-        test::Session s;
-        EXPECT_EQ(s.run("dump slot 9\n"), 1);
-        EXPECT_EQ(s.run("dump nothing\n"), 1);
+        EXPECT_EQ(s.run(c.script), c.status) << c.script;
+        EXPECT_NE(s.err.str().find(c.error), std::string::npos) << c.script;
     }
 }
 

@@ -6,20 +6,6 @@
 
 using namespace zelk;
 
-TEST(DesignStore, StartValuesAtProgramStart) {
-    test::Session s;
-    EXPECT_EQ(store.lastslot, -1);
-    EXPECT_EQ(store.curslot, 0);
-    DesignSlot& d = slot(0);
-    EXPECT_EQ(d.w1.value(), 62831853.08);
-    EXPECT_EQ(d.w4.value(), 131946891.468);
-    EXPECT_EQ(d.order.value(), 5);
-    EXPECT_EQ(d.Fbw.value(), 57.24);
-    EXPECT_TRUE(d.Zin.empty());
-    EXPECT_TRUE(store.wA.empty());
-    EXPECT_EQ(store.npoints, 512);
-}
-
 TEST(DesignStore, CleardipoleKeepsTypeAndCrystal) {
     test::Session s;
     store.curslot = 0;

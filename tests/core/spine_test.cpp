@@ -10,7 +10,8 @@
 #include "core/designstore.h"
 #include "design/selector.h"
 #include "entry/panel.h"
-#include "tests/synthesis/transforms_reference.h"
+#include "ngspice.h"
+#include "reference.h"
 #include "tests/testsupport.h"
 
 namespace zelk {
@@ -61,6 +62,7 @@ TEST(Spine, ButterworthLowAndHighPassMeetTheirCorners) {
     EXPECT_NEAR(insertionloss(0, twopi * 1e5), 0, 1e-6);
     EXPECT_TRUE(allfinite());
     EXPECT_EQ(store.lastslot, 0);
+    if (test::havengspice()) EXPECT_GT(test::crosscheck("designed-blp", 1e6, 1e8), 300);
 
     // High-pass, T, even order, 50 to 200 ohms: F2 is the cut-off, F1 the stop edge.
     s.run("newfilter\n");
@@ -122,6 +124,7 @@ TEST(Spine, ChebyshevLowHighAndBandPassRipple) {
     EXPECT_NEAR(insertionloss(0, twopi * 1e6), flat + 0.5, 1e-4);
     EXPECT_NEAR(insertionloss(0, twopi * 0.5e6), flat + 0.5, 1e-4); // T3(0.5) = -1
     EXPECT_NEAR(insertionloss(0, twopi * 1e3), flat, 1e-4);
+    if (test::havengspice()) EXPECT_GT(test::crosscheck("designed-clp", 1e5, 1e7), 300);
     // High-pass with order from Astop: 0.1 dB, 50 dB at an octave.
     s.run("newfilter\n");
     ASSERT_EQ(design(s, "chebyshev", "selection(1) \"Accept design\"", "1M 2M .1 40 \"\" 50 50"), 0);
@@ -242,11 +245,6 @@ TEST(Spine, DefaultsFollowTheKind) {
 
 TEST(Spine, SelectorWindowAndPictures) {
     test::Session s;
-    EXPECT_EQ(selfunction.caption, "Select Function");
-    EXPECT_EQ(selfunction.selection(0).caption, "LOW-PASS");
-    EXPECT_EQ(selfunction.selection(1).tooltip, "Select Highpass filter");
-    EXPECT_EQ(selfunction.selection(7).tooltip, "Try to use both if possible");
-    EXPECT_EQ(selfunction.selection(8).caption, "CANCEL");
     // Picture stepping inside a set, wrap to its first; the elliptic opening on 9 cannot
     // be stepped until a kind is pressed.
     store.curslot = 0;

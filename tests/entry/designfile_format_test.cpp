@@ -205,17 +205,9 @@ TEST(DesignFile, ShortDesignTitleIsMisreadAsTheCode) {
     ASSERT_TRUE(e.order.istext());
     EXPECT_EQ(e.order.textvalue(), "BLP");
     EXPECT_EQ(e.order.value(), 0); // a text counts as 0
-    // Every later header field has shifted by one.
+    // Every later header field has shifted by one (the golden script file_shorttitle
+    // shows them all).
     EXPECT_EQ(e.Astop.value(), 5);
-    EXPECT_EQ(e.Apass.value(), 60);
-    EXPECT_EQ(e.Zin.value(), 0.25);
-    EXPECT_EQ(e.Zout.value(), 50);
-    EXPECT_EQ(e.r0.value(), 75.5);
-    EXPECT_TRUE(e.w0.empty()); // r0 was never set
-    EXPECT_EQ(e.w3.value(), 2e15);
-    EXPECT_TRUE(store.wA.empty()); // bw was never set
-    EXPECT_EQ(e.Ls.value(), 3.5);
-    EXPECT_EQ(e.Fbw.value(), 5748166);
     EXPECT_EQ(e.dipolecount.value(), 57.24); // the old Fbw: beyond the tables
     // The dipoles are read shifted too, as far as there are items, up to dipole 32.
     EXPECT_EQ(e.dip(1).type, 2);

@@ -60,6 +60,4 @@ inline void expectsame(const DesignSlot& a, const Number& wa, const DesignSlot& 
     }
 }
 
-// Two designs laid into files: a.sch with 8 dipoles (tag 1), b.sch with 6 (tag 2).
-
 } // namespace zelk::test

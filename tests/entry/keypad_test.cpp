@@ -111,13 +111,3 @@ TEST(Keypad, TabSearch) {
     EXPECT_EQ(s.runner.desk.messages.back().title, "WARNING");
     EXPECT_EQ(s.runner.desk.messages.back().text, "There is no value on this panel to move to.");
 }
-
-TEST(Keypad, CaptionsAndTips) {
-    test::Session s;
-    EXPECT_EQ(getdata.ctl("keypad", 11).caption, "bksp");
-    EXPECT_EQ(getdata.ctl("keypad", 11).tooltip, "Backspace");
-    EXPECT_EQ(getdata.ctl("keypad", 10).tooltip, "decimel");
-    EXPECT_EQ(getdata.ctl("keypad", 18).tooltip, "Abort input");
-    EXPECT_EQ(getdata.ctl("keypad", 28).tooltip, "Squared");
-    EXPECT_FALSE(getdata.ctl("keypad", 21).visible);
-}

@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include "core/desktop.h"
-#include "schematic/ladder.h"
+#include "reference.h"
+#include "schematic/schematicview.h"
+#include "testsupport.h"
 
 namespace zelk {
 namespace {
@@ -58,20 +60,14 @@ TEST(EditMenu, TransformEntryKeepsItsStateAcrossTypesWithoutARuleOfTheirOwn) {
     test::ladder({{1, 50}, {35, 0, 1e-9, 1e-6}, {9, 0, 1e-9, 1e-6, 1e-9}, {35, 0, 1e-9, 1e-6}, {3, 0, 1e-9},
                   {35, 0, 1e-9, 1e-6}, {3, 0, 1e-9}, {31, 50}});
     schematicbuild();
-    click(2);
-    EXPECT_TRUE(menuenabled("transform"));
-    click(3); // type 9 leaves it as it was: on
-    EXPECT_TRUE(menuenabled("transform"));
-    click(1); // a resistor turns it off
-    EXPECT_FALSE(menuenabled("transform"));
-    click(3); // and type 9 leaves it off
-    EXPECT_FALSE(menuenabled("transform"));
-    click(4); // a tank that is neither dipole 2 nor dipolecount - 2
-    EXPECT_FALSE(menuenabled("transform"));
-    click(6); // dipolecount - 2
-    EXPECT_TRUE(menuenabled("transform"));
-    click(3);
-    EXPECT_TRUE(menuenabled("transform"));
+    // Type 9 and the C's leave the entry as the click before set it; a resistor turns it
+    // off; a tank turns it on only as dipole 2 or dipolecount - 2.
+    const std::pair<int, bool> clicks[] = {{2, true}, {3, true}, {1, false}, {3, false},
+                                           {4, false}, {6, true}, {3, true}};
+    for (auto [d, on] : clicks) {
+        click(d);
+        EXPECT_EQ(menuenabled("transform"), on) << d;
+    }
 }
 
 TEST(EditMenu, NortonNeedsTheMateOnOneSideAndTheMateOrBlankOnTheOther) {
@@ -80,29 +76,25 @@ TEST(EditMenu, NortonNeedsTheMateOnOneSideAndTheMateOrBlankOnTheOther) {
     test::ladder({{1, 50}, {32, 0, 0, 1e-6}, {2, 0, 0, 1e-6}, {32, 0, 0, 1e-6}, {2, 0, 0, 1e-6}, {38},
                   {3, 0, 1e-9}, {33, 0, 1e-9}, {6}, {33, 0, 1e-9}, {1, 10}, {31, 50}});
     schematicbuild();
-    click(3); // L between two shunt L's: both ways
-    EXPECT_TRUE(schem.stepupok);
-    EXPECT_TRUE(schem.stepdownok);
-    EXPECT_TRUE(menuenabled("norton"));
-    click(5); // shunt L before it, open after it: step-down only
-    EXPECT_FALSE(schem.stepupok);
-    EXPECT_TRUE(schem.stepdownok);
-    click(7); // series C between an open shunt and a shunt C: step-up only
-    EXPECT_TRUE(schem.stepupok);
-    EXPECT_FALSE(schem.stepdownok);
-    click(8); // shunt C after a series C, a wire after it: step-up
-    EXPECT_TRUE(schem.stepupok);
-    EXPECT_FALSE(schem.stepdownok);
-    click(10); // shunt C between a wire and a resistor: neither
-    EXPECT_FALSE(schem.stepupok);
-    EXPECT_FALSE(schem.stepdownok);
-    EXPECT_FALSE(menuenabled("norton"));
-    click(2); // shunt L between R and series L: the series L is the mate on the far side
-    EXPECT_FALSE(schem.stepupok);
-    EXPECT_FALSE(schem.stepdownok);
-    click(4); // shunt L between two series L's
-    EXPECT_TRUE(schem.stepupok);
-    EXPECT_TRUE(schem.stepdownok);
+    // Dipole clicked, step-up and step-down allowed.
+    const struct {
+        int d;
+        bool up, down;
+    } clicks[] = {
+        {3, true, true},   // L between two shunt L's: both ways
+        {5, false, true},  // shunt L before it, open after it: step-down only
+        {7, true, false},  // series C between an open shunt and a shunt C: step-up only
+        {8, true, false},  // shunt C after a series C, a wire after it: step-up
+        {10, false, false}, // shunt C between a wire and a resistor: neither
+        {2, false, false}, // shunt L between R and series L: the series L is the mate on the far side
+        {4, true, true},   // shunt L between two series L's
+    };
+    for (const auto& c : clicks) {
+        click(c.d);
+        EXPECT_EQ(schem.stepupok, c.up) << c.d;
+        EXPECT_EQ(schem.stepdownok, c.down) << c.d;
+        EXPECT_EQ(menuenabled("norton"), c.up || c.down) << c.d;
+    }
 }
 
 TEST(EditMenu, EnteringDisablesTheStructuralEditsAndTwoFiltersIgnoreClicks) {

@@ -4,11 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <filesystem>
-#include <fstream>
 
 #include "core/surface.h"
-#include "core/notation.h"
 #include "schematic/dipolepictures.h"
 
 namespace zelk {
@@ -66,25 +63,6 @@ TEST(DipolePictures, TerminalsMeetTheWiresOfTheSchematic) {
     drawdipolepicture(b, 26, false, 0, 0, size, size);
     drawdipolepicture(b, 30, true, 0, 0, size, size);
     EXPECT_EQ(b.texts(), (std::vector<std::string>{"DONE", "CANCEL", "CANCEL"}));
-}
-
-TEST(DipolePictures, ContactSheetOfBothPalettes) {
-    const double cell = 96, size = 64;
-    RecordingSurface s(10 * cell, 8 * cell);
-    int k = 0;
-    auto put = [&](int t, bool vertical) {
-        double x = (k % 10) * cell + 16, y = (k / 10) * cell + 8;
-        s.drawtext(x, y, std::string(vertical ? "V" : "H") + plainnum(t));
-        s.fillrect(x, y + 16, x + size, y + 16); // the box top
-        drawdipolepicture(s, t, vertical, x, y + 16, size, size);
-        ++k;
-    };
-    for (int t = 0; t <= 29; ++t) put(t, false);
-    for (int t = 0; t <= 73; ++t)
-        if (t == 0 || t >= 30) put(t, true);
-    auto file = std::filesystem::temp_directory_path() / "zelk-dipole-pictures.svg";
-    std::ofstream(file) << s.svg();
-    EXPECT_TRUE(std::filesystem::exists(file));
 }
 
 } // namespace

@@ -5,7 +5,9 @@
 
 #include <algorithm>
 
-#include "schematic/ladder.h"
+#include "reference.h"
+#include "schematic/schematicview.h"
+#include "testsupport.h"
 #include "schematic/report.h"
 
 namespace zelk {
@@ -191,36 +193,34 @@ TEST(DesignReport, TitleBlockKinds) {
         schematicbuild();
         return report.lines;
     };
-    Lines hp = title("CHP");
-    EXPECT_EQ(hp[1], "  Stopband = 40 db minimum @ 9.Mhz");
-    EXPECT_EQ(hp[2], "  Cutoff = 0.5 db @ 9.5Mhz");
-    EXPECT_EQ(hp[5], "  Output Impedance = 75. ohms");
-    Lines bp = title("CBP");
-    EXPECT_EQ(bp[0], "4.th order T");
-    EXPECT_EQ(bp[1], "  Center Frequency = 10.Mhz");
-    EXPECT_EQ(bp[2], "  Bandwidth = 1.Mhz @ 0.5 db");
-    EXPECT_EQ(bp[3], "  Stopband = 40 db minimum @ 9.Mhz and 11.Mhz");
-    Lines tbp = title("TBP");
-    EXPECT_EQ(tbp[2], "  Bandwidth = 500.Khz @ 3db");
-    Lines br = title("BBR");
-    EXPECT_EQ(br[2], "  Bandwidth = 2.Mhz @ 3db");
-    EXPECT_EQ(br[3], "  Stopband = 40 db minimum @ 9.5Mhz and 10.5Mhz");
-    Lines cr = title("BCR");
-    EXPECT_EQ(cr[2], "  Bandwidth = 2.4Khz @ 3 db");
-    Lines cl = title("CCL");
-    EXPECT_EQ(cl[1], "  Bandwidth = 2.4Khz @ 3 db");
-    EXPECT_EQ(cl[2], "  Design Impedance=50. ohms");
-    Lines sb = title("DLSB");
-    EXPECT_EQ(sb, (Lines{"4.th order T", "  Center Frequency = 10.Mhz", "  Bandwidth = 2.4Khz @ 3 db",
+    // Code, line of the block, and the line by hand from the band edges above.
+    const struct {
+        const char *code, *line;
+        size_t index;
+    } rows[] = {
+        {"CHP", "  Stopband = 40 db minimum @ 9.Mhz", 1},
+        {"CHP", "  Cutoff = 0.5 db @ 9.5Mhz", 2},
+        {"CHP", "  Output Impedance = 75. ohms", 5},
+        {"CBP", "4.th order T", 0},
+        {"CBP", "  Center Frequency = 10.Mhz", 1},
+        {"CBP", "  Bandwidth = 1.Mhz @ 0.5 db", 2},
+        {"CBP", "  Stopband = 40 db minimum @ 9.Mhz and 11.Mhz", 3},
+        {"TBP", "  Bandwidth = 500.Khz @ 3db", 2},
+        {"BBR", "  Bandwidth = 2.Mhz @ 3db", 2},
+        {"BBR", "  Stopband = 40 db minimum @ 9.5Mhz and 10.5Mhz", 3},
+        {"BCR", "  Bandwidth = 2.4Khz @ 3 db", 2},
+        {"CCL", "  Bandwidth = 2.4Khz @ 3 db", 1},
+        {"CCL", "  Design Impedance=50. ohms", 2},
+        {"ENT", "  Design Impedance=50. ohms", 1},
+    };
+    for (const auto& r : rows) EXPECT_EQ(title(r.code).at(r.index), r.line) << r.code;
+    EXPECT_EQ(title("DLSB"), (Lines{"4.th order T", "  Center Frequency = 10.Mhz", "  Bandwidth = 2.4Khz @ 3 db",
                          "  Design Impedance=50 ohms", "  r0v3 =  0"}));
     // A pad shows the attenuation and terminations of the pad design.
     pad.padattn = 6.5;
     pad.padZin = 50;
     pad.padZout = 75;
-    Lines padlines = title("PAD");
-    EXPECT_EQ(padlines, (Lines{"6.5db T", "  Input Impedance = 50 ohms", "  Output Impedance = 75 ohms"}));
-    Lines entered = title("ENT");
-    EXPECT_EQ(entered[1], "  Design Impedance=50. ohms");
+    EXPECT_EQ(title("PAD"), (Lines{"6.5db T", "  Input Impedance = 50 ohms", "  Output Impedance = 75 ohms"}));
 }
 
 } // namespace

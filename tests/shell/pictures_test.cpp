@@ -2,8 +2,6 @@
 // stays inside its box, and puts its band edges in the order the prompt reads them.
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
 #include <map>
 
 #include "core/surface.h"
@@ -29,21 +27,12 @@ void inside(const RecordingSurface& s, double x, double y, double w, double h, c
     }
 }
 
-void keep(const RecordingSurface& s, const std::string& name) {
-    // With ZELK_PICTURES set, the drawings are also written out for a look.
-    const char* dir = std::getenv("ZELK_PICTURES");
-    if (!dir) return;
-    std::filesystem::create_directories(dir);
-    std::ofstream(std::filesystem::path(dir) / (name + ".svg")) << s.svg();
-}
-
 } // namespace
 
 TEST(Pictures, ResponseSketchesOfEveryPrompt) {
     for (int index : {1, 2, 3, 4, 5, 6, 7, 8, 17, 18, 27, 28, 29, 30, 31, 32, 33, 34, 47, 48, 51, 52}) {
         RecordingSurface s(300, 220);
         drawpanelimage(s, index, 4, 4, 292, 212);
-        keep(s, "image" + std::to_string(index));
         ASSERT_GT(s.ops.size(), 20u) << index;
         inside(s, 4, 4, 292, 212, "image " + std::to_string(index));
         auto l = labels(s);
@@ -92,7 +81,6 @@ TEST(Pictures, SelectorConfigurations) {
     for (int p = 1; p <= 21; ++p) {
         RecordingSurface s(310, 280);
         drawconfiguration(s, p, 10, 10, 290, 260);
-        keep(s, "config" + std::to_string(p));
         ASSERT_GT(s.ops.size(), 30u) << p;
         inside(s, 10, 10, 290, 260, "configuration " + std::to_string(p));
         ASSERT_EQ(s.texts().size(), 1u) << p;

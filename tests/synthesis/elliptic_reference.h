@@ -1,18 +1,14 @@
 // Independent references for the elliptic tests: Jacobi's elliptic sine by the
 // arithmetic-geometric mean (Abramowitz and Stegun 16.4), the complete integral, the
-// textbook Cauer low-pass quantities, and a plain chain-matrix analysis of a normalised
-// ladder. Nothing here uses the program's own synthesis.
+// textbook Cauer low-pass quantities. Nothing here uses the program's own synthesis.
 #pragma once
 
 #include <cmath>
-#include <complex>
 #include <vector>
 
-#include "core/designstore.h"
+#include "reference.h"
 
 namespace zelk::test {
-
-inline constexpr double pi = 3.14159265358979323846;
 
 // Complete elliptic integral of the first kind of modulus k, by the AGM.
 inline double ellipK(double k) {
@@ -64,32 +60,5 @@ struct Cauer {
     // The nome q = exp(-pi K'/K).
     double nome() const { return std::exp(-pi * ellipK(std::sqrt(1 - k * k)) / K); }
 };
-
-// Transducer loss in dB of the normalised ladder of slot s at angular frequency w, with
-// source and load resistances taken from dipoles 1 and dipolecount, both divided by r0.
-// Handles the low-pass dipole types of the elliptic ladders (1, 2, 5, 6, 31, 33, 34, 38).
-inline double ladderloss(int s, double w, double r0) {
-    using C = std::complex<double>;
-    const DesignSlot& d = slot(s);
-    const int count = d.count();
-    const C j(0, 1);
-    const double RL = d.dip(count).R / r0, Rs = d.dip(1).R / r0;
-    C V = 1, I = V / RL;
-    for (int i = count - 1; i >= 2; --i) {
-        const Dipole& p = d.dip(i);
-        switch (p.type) {
-        case 2: V += j * w * p.L * I; break;
-        case 33: I += j * w * p.C * V; break;
-        case 5: V += I / (j * w * p.C + 1.0 / (j * w * p.L)); break;
-        case 34: I += V / (j * w * p.L + 1.0 / (j * w * p.C)); break;
-        case 6:
-        case 38: break;
-        default: return NAN;
-        }
-    }
-    const C Vs = V + Rs * I;
-    const double gain = 4 * Rs / RL * std::norm(1.0 / Vs);
-    return -10 * std::log10(gain);
-}
 
 } // namespace zelk::test

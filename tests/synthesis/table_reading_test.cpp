@@ -33,48 +33,33 @@ void terms(int order, double zin, double zout) {
 
 TEST(TableReading, RecordSelection) {
     test::Session session;
-    const std::string odd = "3,0,9,9,9\n3,1,1,2,3\n3,.5,4,5,6\n3,.2,7,8,9\n";
-    // Equal terminations, odd order: the stored 0 reads 100 and is passed over.
-    terms(3, 50, 50);
-    opentext(odd);
-    gettabledata();
-    EXPECT_EQ(tables.tabratio, 1);
-    EXPECT_EQ(store.g[1], 1);
-    EXPECT_TRUE(store.oddorder);
-    EXPECT_FALSE(tables.file1.is_open());
-    // The first record whose ratio is not above t wins, whichever end is larger.
-    terms(3, 50, 30);
-    opentext(odd);
-    gettabledata();
-    EXPECT_EQ(tables.tabratio, .5);
-    terms(3, 30, 100);
-    opentext(odd);
-    gettabledata();
-    EXPECT_EQ(tables.tabratio, .2);
-    EXPECT_EQ(store.g[3], 9);
-    // Even order: the first ratio above t; 0 reads 100 and takes every t below it.
-    const std::string even = "2,1.5,1,2\n2,3,3,4\n2,0,5,6\n";
-    terms(2, 50, 50);
-    opentext(even);
-    gettabledata();
-    EXPECT_EQ(tables.tabratio, 1.5);
-    EXPECT_FALSE(store.oddorder);
-    terms(2, 100, 50);
-    opentext(even);
-    gettabledata();
-    EXPECT_EQ(tables.tabratio, 3);
-    terms(2, 50, 200);
-    opentext(even);
-    gettabledata();
-    EXPECT_EQ(tables.tabratio, 100);
-    EXPECT_EQ(store.g[2], 6);
-    // An order the file lacks: the last record read stands, fit or not.
-    terms(4, 50, 50);
-    opentext("2,1.5,1,2\n3,1,7,8,9\n");
-    gettabledata();
-    EXPECT_EQ(tables.tabratio, 1);
-    EXPECT_EQ(store.g[1], 7);
-    EXPECT_FALSE(tables.file1.is_open());
+    const char* odd = "3,0,9,9,9\n3,1,1,2,3\n3,.5,4,5,6\n3,.2,7,8,9\n";
+    const char* even = "2,1.5,1,2\n2,3,3,4\n2,0,5,6\n";
+    // Table, order and terminations asked for, the ratio chosen, and one g of it.
+    const struct {
+        const char* table;
+        int order;
+        double zin, zout, ratio;
+        int k;
+        double g;
+    } cases[] = {
+        {odd, 3, 50, 50, 1, 1, 1},   // equal ends: the stored 0 reads 100 and is passed over
+        {odd, 3, 50, 30, .5, 1, 4},  // odd: the first ratio not above t, whichever end is larger
+        {odd, 3, 30, 100, .2, 3, 9},
+        {even, 2, 50, 50, 1.5, 1, 1}, // even: the first ratio above t
+        {even, 2, 100, 50, 3, 1, 3},
+        {even, 2, 50, 200, 100, 2, 6}, // 0 reads 100 and takes every t below it
+        {"2,1.5,1,2\n3,1,7,8,9\n", 4, 50, 50, 1, 1, 7}, // an order the file lacks: the last record stands
+    };
+    for (const auto& c : cases) {
+        terms(c.order, c.zin, c.zout);
+        opentext(c.table);
+        gettabledata();
+        EXPECT_EQ(tables.tabratio, c.ratio) << c.table << c.zin << c.zout;
+        EXPECT_EQ(store.g[c.k], c.g);
+        if (c.order < 4) EXPECT_EQ(store.oddorder, c.order % 2 == 1);
+        EXPECT_FALSE(tables.file1.is_open());
+    }
     // getCRtabledata takes the first record of the order, whatever its ratio.
     terms(3, 50, 50);
     opentext(odd);

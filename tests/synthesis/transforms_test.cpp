@@ -37,55 +37,37 @@ double part(int d) { return slot(0).dip(d).C + slot(0).dip(d).L; }
 TEST(SchematicRealize, EveryRowOfTheLayoutTable) {
     test::Session session;
     using V = std::vector<int>;
-    // Pi, odd, Zin <= Zout: C first, forwards, r0 = Zin, wire then load.
-    ladder(3, 50, 50, "Pi");
-    EXPECT_EQ(types(), (V{1, 33, 2, 33, 6, 31}));
-    EXPECT_EQ(part(2), 1.5);
-    EXPECT_EQ(part(4), 3.5);
-    EXPECT_EQ(slot(0).r0.value(), 50);
-    EXPECT_TRUE(store.oddorder);
-    // Pi, odd, else: backwards, r0 = Zout.
-    ladder(3, 100, 50, "Pi");
-    EXPECT_EQ(types(), (V{1, 33, 2, 33, 6, 31}));
-    EXPECT_EQ(part(2), 3.5);
-    EXPECT_EQ(slot(0).r0.value(), 50);
-    EXPECT_EQ(slot(0).dip(1).R, 100);
-    EXPECT_EQ(slot(0).dip(6).R, 50);
-    // Pi, even, Zin >= Zout: C first forwards, load straight after.
-    ladder(4, 50, 50, "Pi");
-    EXPECT_EQ(types(), (V{1, 33, 2, 33, 2, 31}));
-    EXPECT_EQ(part(2), 1.5);
-    EXPECT_EQ(slot(0).dipolecount.value(), 6);
-    // Pi, even, else: L first backwards, wire then load, r0 = Zout.
-    ladder(4, 50, 100, "Pi");
-    EXPECT_EQ(types(), (V{1, 38, 2, 33, 2, 33, 6, 31}));
-    EXPECT_EQ(part(3), 4.5);
-    EXPECT_EQ(part(6), 1.5);
-    EXPECT_EQ(slot(0).r0.value(), 100);
-    // T, odd, Zin >= Zout: L first forwards.
-    ladder(3, 50, 50, "T");
-    EXPECT_EQ(types(), (V{1, 38, 2, 33, 2, 31}));
-    EXPECT_EQ(part(3), 1.5);
-    EXPECT_EQ(part(5), 3.5);
-    // T, odd, else: backwards, r0 = Zout.
-    ladder(3, 50, 75, "T");
-    EXPECT_EQ(part(3), 3.5);
-    EXPECT_EQ(slot(0).r0.value(), 75);
-    // T, even, Zin <= Zout: L first forwards, wire then load.
-    ladder(2, 50, 50, "T");
-    EXPECT_EQ(types(), (V{1, 38, 2, 33, 6, 31}));
-    EXPECT_EQ(part(3), 1.5);
-    EXPECT_EQ(slot(0).r0.value(), 50);
-    // T, even, else: C first backwards, r0 = Zout.
-    ladder(2, 75, 50, "T");
-    EXPECT_EQ(types(), (V{1, 33, 2, 31}));
-    EXPECT_EQ(part(2), 2.5);
-    EXPECT_EQ(slot(0).r0.value(), 50);
-    // Anything but "Pi" lays out as T; order 1 Pi is source, shunt C, wire, load.
-    ladder(1, 50, 50, "SPT");
-    EXPECT_EQ(types(), (V{1, 38, 2, 31}));
-    ladder(1, 50, 50, "Pi");
-    EXPECT_EQ(types(), (V{1, 33, 6, 31}));
+    // Order, terminations, configuration; the types laid out (empty: not checked), the
+    // element values of some dipoles (g = k + 0.5 shows the reading direction), r0.
+    const struct {
+        int n;
+        double zin, zout;
+        const char* cf;
+        V types;
+        std::vector<std::pair<int, double>> parts;
+        double r0;
+    } rows[] = {
+        {3, 50, 50, "Pi", {1, 33, 2, 33, 6, 31}, {{2, 1.5}, {4, 3.5}}, 50},     // odd, Zin <= Zout: forwards
+        {3, 100, 50, "Pi", {1, 33, 2, 33, 6, 31}, {{2, 3.5}}, 50},              // else backwards, r0 = Zout
+        {4, 50, 50, "Pi", {1, 33, 2, 33, 2, 31}, {{2, 1.5}}, 50},               // even, Zin >= Zout: forwards
+        {4, 50, 100, "Pi", {1, 38, 2, 33, 2, 33, 6, 31}, {{3, 4.5}, {6, 1.5}}, 100}, // else L first backwards
+        {3, 50, 50, "T", {1, 38, 2, 33, 2, 31}, {{3, 1.5}, {5, 3.5}}, 50},      // odd, Zin >= Zout: L first
+        {3, 50, 75, "T", {}, {{3, 3.5}}, 75},                                   // else backwards
+        {2, 50, 50, "T", {1, 38, 2, 33, 6, 31}, {{3, 1.5}}, 50},                // even, Zin <= Zout
+        {2, 75, 50, "T", {1, 33, 2, 31}, {{2, 2.5}}, 50},                       // else C first backwards
+        {1, 50, 50, "SPT", {1, 38, 2, 31}, {}, 50},                             // anything but "Pi" is T
+        {1, 50, 50, "Pi", {1, 33, 6, 31}, {}, 50},
+    };
+    for (const auto& r : rows) {
+        SCOPED_TRACE(std::to_string(r.n) + " " + r.cf + " " + std::to_string(r.zout / r.zin));
+        ladder(r.n, r.zin, r.zout, r.cf);
+        if (!r.types.empty()) EXPECT_EQ(types(), r.types);
+        for (auto [d, v] : r.parts) EXPECT_EQ(part(d), v) << d;
+        EXPECT_EQ(slot(0).r0.value(), r.r0);
+        EXPECT_EQ(slot(0).dip(1).R, r.zin);
+        EXPECT_EQ(slot(0).dip(slot(0).count()).R, r.zout);
+    }
+    EXPECT_EQ(store.oddorder, true);
     // A 16th order fits the tables: 20 dipoles.
     ladder(16, 50, 100, "Pi");
     EXPECT_EQ(slot(0).dipolecount.value(), 20);
