@@ -23,8 +23,9 @@ namespace {
 
 DesignSlot& cur() { return slot(store.curslot); }
 
-const char* const resonatorline = "Number of resonators = order of the filter. Only order can be specified.  "
-                                  "Try various orders to obtain the desired stopband Attn.";
+const char* const resonatorline =
+    "Number of resonators = order of the filter. Only order can be specified.  "
+    "Try various orders to obtain the desired stopband Attn.";
 
 bool chebyshevcode() { return cur().code.rfind("C", 0) == 0; }
 
@@ -81,10 +82,13 @@ void getdesignCRa() {
     panelclear();
     panelrow(0, "CF =", band ? engformatvalue((w1 + (w2 - w1) / 2) / 3.141592654 / 2) : "100000000",
              "Center Frequency");
-    panelrow(1, "BW =", band ? engformatvalue(((w2 - w1) / 2) / 3.141592654) : "1000000", "Bandwidth");
+    panelrow(1, "BW =", band ? engformatvalue(((w2 - w1) / 2) / 3.141592654) : "1000000",
+             "Bandwidth");
     orderrow(s.order == 0 || fresh ? kmin : double(s.order));
     const bool cheby = chebyshevcode();
-    if (cheby) panelrow(3, "Apass =", s.Apass > 0 && !fresh ? engformatvalue(s.Apass) : ".1", "Passband ripple");
+    if (cheby)
+        panelrow(3, "Apass =", s.Apass > 0 && !fresh ? engformatvalue(s.Apass) : ".1",
+                 "Passband ripple");
     for (;;) {
         if (!panelshow()) return;
         const double CF = panelvalue(0);
@@ -102,11 +106,13 @@ void getdesignCRa() {
                    "Minimum Order Error");
             orderrow(kmin);
         } else if (hdiv(BW, CF) > 0.1) {
-            MsgBox("Coupled resonator filters are best for bandwidths less than 10% of center frequency",
+            MsgBox("Coupled resonator filters are best for bandwidths less than 10% of center "
+                   "frequency",
                    vbOKOnly | vbExclamation, "Bandwidth too wide");
             orderrow(kmin);
         } else if (s.w1 > s.w2 || s.order == 0) {
-            MsgBox("The following must be true\n0 < F1 < F2\nOrder > 1", vbOKOnly | vbExclamation, "WARNING");
+            MsgBox("The following must be true\n0 < F1 < F2\nOrder > 1", vbOKOnly | vbExclamation,
+                   "WARNING");
         } else {
             return;
         }
@@ -126,7 +132,8 @@ void getLC() {
             craccept(Li, panelvalue(1));
             return;
         }
-        MsgBox("The inductance must be greater than the default shown.", vbOKOnly | vbExclamation, "WARNING");
+        MsgBox("The inductance must be greater than the default shown.", vbOKOnly | vbExclamation,
+               "WARNING");
         panelrow(0, "Li =", shown, "Inductance");
     }
 }
@@ -134,11 +141,14 @@ void getLC() {
 void getZCR() {
     DesignSlot& s = cur();
     const double r0 = Int(s.r0);
-    auto shown = [r0](double field) { return engformatvalue(field == 0 || field == r0 ? r0 : field); };
+    auto shown = [r0](double field) {
+        return engformatvalue(field == 0 || field == r0 ? r0 : field);
+    };
     panelclear();
     panelrow(0, "Zin =", shown(s.Zin), "Input impedance");
     panelrow(1, "Zout =", shown(s.Zout), "Output impedance");
-    getdata.setnote(" If Zin and or Zout are specified different from default, C Match will be used at those ports.");
+    getdata.setnote(" If Zin and or Zout are specified different from default, C Match will be "
+                    "used at those ports.");
     if (!panelshow()) return;
     s.Zin = panelvalue(0);
     s.Zout = panelvalue(1);
@@ -180,9 +190,11 @@ void BCR_Click() {
 
 void CCR_Click() {
     sethelp("Chebyshev Coupled Resonator Band-Pass Filter",
-            "Chebyshev coupled resonator band-pass filters exhibit sharper rolloff in the stopbands at the "
+            "Chebyshev coupled resonator band-pass filters exhibit sharper rolloff in the "
+            "stopbands at the "
             "expense of ripple in the passband.",
-            "The greater the allowed ripple, the steeper the rolloff.  Attenuation at the cutoff frequencies is "
+            "The greater the allowed ripple, the steeper the rolloff.  Attenuation at the cutoff "
+            "frequencies is "
             "3db.",
             resonatorline);
     if (!startdesign("CCR", "Chebyshev Coupled-Resonator Band-Pass", 2, 18)) return;
@@ -192,8 +204,12 @@ void CCR_Click() {
 void BesselCR_Click() { tablefamily("Bessel Coupled Resonator", 2, "\\tables\\bessel.tbl"); }
 void GaussianCR_Click() { tablefamily("Gaussian Coupled Resonator", 3, "\\tables\\gaussian.tbl"); }
 void LegendreCR_Click() { tablefamily("Legendre Coupled Resonator", 3, "\\tables\\legendre.tbl"); }
-void LP05CR_Click() { tablefamily("Linear Phase (.05 degree)Coupled Resonator", 2, "\\tables\\linph05.tbl"); }
-void LP5CR_Click() { tablefamily("Linear Phase (.5 degree)Coupled Resonator", 2, "\\tables\\linph5.tbl"); }
+void LP05CR_Click() {
+    tablefamily("Linear Phase (.05 degree)Coupled Resonator", 2, "\\tables\\linph05.tbl");
+}
+void LP5CR_Click() {
+    tablefamily("Linear Phase (.5 degree)Coupled Resonator", 2, "\\tables\\linph5.tbl");
+}
 void Gaussian6CR_Click() {
     tablefamily("Transitional Gaussian (6db) Coupled Resonator", 4, "\\tables\\gauss6.tbl");
 }

@@ -7,7 +7,7 @@
 
 namespace zelk {
 
-// The specification prompt: centre, bandwidth, order (and ripple for a Chebyshev code),
+// The first prompt: centre, bandwidth, order (and ripple for a Chebyshev code),
 // with its checks. Sets store.cancelled on a cancel.
 void getdesignCRa();
 // The resonator inductance and Q; the typed inductance may not be below the one shown.

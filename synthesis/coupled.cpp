@@ -136,7 +136,8 @@ void crlayout() {
     s.dip(3).type = 6;
     for (int i = 1; i <= n - 1; ++i) {
         s.dip(2 * i + 3).type = 3;
-        s.dip(2 * i + 3).C = hdiv(prototerms.kcoupling[static_cast<size_t>(i)] * coupled.Cres, coupled.Qf);
+        s.dip(2 * i + 3).C =
+            hdiv(prototerms.kcoupling[static_cast<size_t>(i)] * coupled.Cres, coupled.Qf);
     }
     // The last series position stays a wire until the ends are matched.
     s.dip(2 * n + 3).type = 6;
@@ -179,7 +180,8 @@ void crlayouttapped() {
     s.dip(1).R = r0;
     for (int i = 1; i <= n - 1; ++i) {
         s.dip(2 * i + 1).type = 3;
-        s.dip(2 * i + 1).C = hdiv(prototerms.kcoupling[static_cast<size_t>(i)] * coupled.Cres, coupled.Qf);
+        s.dip(2 * i + 1).C =
+            hdiv(prototerms.kcoupling[static_cast<size_t>(i)] * coupled.Cres, coupled.Qf);
     }
     for (int i = 1; i <= n; ++i) {
         Dipole& r = s.dip(2 * i);

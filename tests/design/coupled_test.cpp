@@ -22,9 +22,9 @@ namespace {
 const double pi = std::acos(-1.0);
 
 // The three windows of a coupled-resonator command in the order they open, then the title.
-std::string crscript(const std::string& command, const std::string& spec, const std::string& lc = "accept",
-                     const std::string& zcr = "accept") {
-    return "> Getdata: " + spec + "\n> Getdata: " + lc + "\n> Getdata: " + zcr +
+std::string crscript(const std::string& command, const std::string& band,
+                     const std::string& lc = "accept", const std::string& zcr = "accept") {
+    return "> Getdata: " + band + "\n> Getdata: " + lc + "\n> Getdata: " + zcr +
            "\n>? designtitle: Text1=\"CR\" Command1\n" + command + "\n";
 }
 
@@ -38,7 +38,9 @@ void expectfinite(const DesignSlot& s) {
 
 TEST(CoupledResonator, ButterworthOrder3CouplingsAndBandEdges) {
     test::Session s;
-    ASSERT_EQ(s.run(crscript("BCR", "10M 500K 3") + "> Getdata: 9.5M 10.5M 0 -40\nPEG\ndump curve plotPEG\n"), 0)
+    ASSERT_EQ(s.run(crscript("BCR", "10M 500K 3") +
+                    "> Getdata: 9.5M 10.5M 0 -40\nPEG\ndump curve plotPEG\n"),
+              0)
         << s.err.str();
     const DesignSlot& d = slot(0);
     ASSERT_EQ(d.code, "BCR");
@@ -80,14 +82,17 @@ TEST(CoupledResonator, ChebyshevElementsAreTextbookValuesMovedToThreeDecibels) {
         int n;
         std::vector<double> g; // 0.1 dB ripple, g[1..n+1]
     };
-    const Case cases[] = {{3, {1.0316, 1.1474, 1.0316, 1}}, {4, {1.1088, 1.3062, 1.7704, 0.8181, 1.3554}}};
+    const Case cases[] = {{3, {1.0316, 1.1474, 1.0316, 1}},
+                          {4, {1.1088, 1.3062, 1.7704, 0.8181, 1.3554}}};
     for (const Case& c : cases) {
         slot(0).order = c.n;
         slot(0).Apass = 0.1;
         chebyshevelements();
         const double eps = std::sqrt(std::pow(10, 0.01) - 1);
         const double h = std::cosh(std::acosh(std::sqrt(std::pow(10, 0.3) - 1) / eps) / c.n);
-        for (int k = 1; k <= c.n; ++k) EXPECT_NEAR(store.g[static_cast<size_t>(k)] / h, c.g[static_cast<size_t>(k - 1)], 6e-5) << c.n << ' ' << k;
+        for (int k = 1; k <= c.n; ++k)
+            EXPECT_NEAR(store.g[static_cast<size_t>(k)] / h, c.g[static_cast<size_t>(k - 1)], 6e-5)
+                << c.n << ' ' << k;
         EXPECT_NEAR(store.g[static_cast<size_t>(c.n + 1)], c.g.back(), 6e-5) << "load not rescaled";
         EXPECT_EQ(store.oddorder, c.n % 2 == 1);
     }
@@ -96,39 +101,47 @@ TEST(CoupledResonator, ChebyshevElementsAreTextbookValuesMovedToThreeDecibels) {
 TEST(CoupledResonator, PromptRefusals) {
     struct Case {
         const char* command;
-        const char* spec;
+        const char* band;
         const char* title;
         const char* text;
     };
     const Case cases[] = {
         {"CCR", "10M 500K 3 3", "WARNING",
-         "The specified passband ripple must be less than 3db.\\nIn fact, values greater than 1db are not "
+         "The specified passband ripple must be less than 3db.\\nIn fact, values greater than 1db "
+         "are not "
          "recommended."},
         {"BCR", "10M 500K 1", "Minimum Order Error", "The following must be true\\nOrder = > 2"},
-        {"GaussianCR", "10M 500K 2", "Minimum Order Error", "The following must be true\\nOrder = > 3"},
-        {"Gaussian6CR", "10M 500K 3", "Minimum Order Error", "The following must be true\\nOrder = > 4"},
+        {"GaussianCR", "10M 500K 2", "Minimum Order Error",
+         "The following must be true\\nOrder = > 3"},
+        {"Gaussian6CR", "10M 500K 3", "Minimum Order Error",
+         "The following must be true\\nOrder = > 4"},
         {"BCR", "10M 1.01M 3", "Bandwidth too wide",
          "Coupled resonator filters are best for bandwidths less than 10% of center frequency"},
-        {"CCR", "10M -500K 3 .5", "WARNING", "The following must be true\\n0 < F1 < F2\\nOrder > 1"},
+        {"CCR", "10M -500K 3 .5", "WARNING",
+         "The following must be true\\n0 < F1 < F2\\nOrder > 1"},
     };
     for (const Case& c : cases) {
         test::Session s;
-        ASSERT_EQ(s.run("> Getdata: " + std::string(c.spec) + "\n> Getdata: close\n" + c.command + "\ndump messages\n"), 0)
-            << c.command << ' ' << c.spec << s.err.str();
-        const std::string want = std::string("msgbox title=\"") + c.title + "\" buttons=OK answer=OK text=\"" + c.text + "\"";
-        EXPECT_NE(s.take().find(want), std::string::npos) << c.spec;
-        EXPECT_EQ(store.lastslot, -1) << c.spec;
+        ASSERT_EQ(s.run("> Getdata: " + std::string(c.band) + "\n> Getdata: close\n" + c.command +
+                        "\ndump messages\n"),
+                  0)
+            << c.command << ' ' << c.band << s.err.str();
+        const std::string want = std::string("msgbox title=\"") + c.title +
+                                 "\" buttons=OK answer=OK text=\"" + c.text + "\"";
+        EXPECT_NE(s.take().find(want), std::string::npos) << c.band;
+        EXPECT_EQ(store.lastslot, -1) << c.band;
     }
     // The order row goes back to kmin after an order or bandwidth refusal.
     test::Session o;
     ASSERT_EQ(o.run("> Getdata: 10M 2M 5\n> Getdata: close\nLegendreCR\n"), 0);
     EXPECT_EQ(paneltext(2), "3.");
     // Limits that pass: a ripple just below 3 dB, a bandwidth of exactly 10%.
-    for (const auto& [command, spec] : {std::pair{"CCR", "10M 500K 3 2.99"}, std::pair{"BCR", "10M 1M 3"}}) {
+    for (const auto& [command, band] :
+         {std::pair{"CCR", "10M 500K 3 2.99"}, std::pair{"BCR", "10M 1M 3"}}) {
         test::Session p;
-        ASSERT_EQ(p.run(crscript(command, spec)), 0) << spec << p.err.str();
-        EXPECT_EQ(store.lastslot, 0) << spec;
-        EXPECT_EQ(slot(0).count(), 10) << spec;
+        ASSERT_EQ(p.run(crscript(command, band)), 0) << band << p.err.str();
+        EXPECT_EQ(store.lastslot, 0) << band;
+        EXPECT_EQ(slot(0).count(), 10) << band;
     }
 }
 
@@ -167,9 +180,9 @@ TEST(CoupledResonator, EndMatchAndItsBoundary) {
         double zin, zout;
         bool inmatch, outmatch;
     };
-    const Case cases[] = {{r0, r0, false, false},         {r0 - 1, r0 - 1, false, false},
-                          {r0 - 1.01, r0, true, false},   {50, 1e6, true, false},
-                          {r0, 75, false, true},          {50, 75, true, true}};
+    const Case cases[] = {{r0, r0, false, false},       {r0 - 1, r0 - 1, false, false},
+                          {r0 - 1.01, r0, true, false}, {50, 1e6, true, false},
+                          {r0, 75, false, true},        {50, 75, true, true}};
     for (const Case& c : cases) {
         d.Zin = c.zin;
         d.Zout = c.zout;
@@ -182,10 +195,12 @@ TEST(CoupledResonator, EndMatchAndItsBoundary) {
         EXPECT_NEAR(d.dip(10).R, c.outmatch ? c.zout : r0, 1e-9 * r0);
         // Each resonator node keeps the total capacitance that tunes it to w0.
         for (int i = 1; i <= 3; ++i)
-            EXPECT_NEAR(d.dip(2 * i + 1).C + d.dip(2 * i + 2).C + d.dip(2 * i + 3).C, cres, 1e-12 * cres);
+            EXPECT_NEAR(d.dip(2 * i + 1).C + d.dip(2 * i + 2).C + d.dip(2 * i + 3).C, cres,
+                        1e-12 * cres);
         const double T = prototerms.g1term * w0 * 1000 / (bw * 1000 - prototerms.g1term * w0);
         if (c.inmatch) {
-            EXPECT_NEAR(d.dip(3).C, 1 / w0 / std::sqrt(c.zin * T * w0 * coupled.Lres - c.zin * c.zin),
+            EXPECT_NEAR(d.dip(3).C,
+                        1 / w0 / std::sqrt(c.zin * T * w0 * coupled.Lres - c.zin * c.zin),
                         1e-12 * d.dip(3).C);
         }
     }
@@ -202,7 +217,10 @@ TEST(CoupledResonator, EndMatchAndItsBoundary) {
 TEST(CoupledResonator, MatchedDesignPassesThePowerOfAFiftyOhmSource) {
     for (const char* z : {"50 50", "getvalue(0)=50 accept", "getvalue(1)=50 accept"}) {
         test::Session s;
-        ASSERT_EQ(s.run(crscript("BCR", "10M 500K 3", "accept", z) + "> Getdata: 9.5M 10.5M 0 -40\nPEG\ndump curve plotPEG\n"), 0) << z << s.err.str();
+        ASSERT_EQ(s.run(crscript("BCR", "10M 500K 3", "accept", z) +
+                        "> Getdata: 9.5M 10.5M 0 -40\nPEG\ndump curve plotPEG\n"),
+                  0)
+            << z << s.err.str();
         std::istringstream curve(s.take());
         double peak = -1e9, x, y;
         int a, b;
@@ -217,13 +235,14 @@ TEST(CoupledResonator, TableCommandsReadTheFirstRecordOfTheOrder) {
         const char* file;
         const char* title;
     };
-    const Case cases[] = {{"BesselCR", "bessel", "Bessel Coupled Resonator"},
-                          {"GaussianCR", "gaussian", "Gaussian Coupled Resonator"},
-                          {"LegendreCR", "legendre", "Legendre Coupled Resonator"},
-                          {"LP05CR", "linph05", "Linear Phase (.05 degree)Coupled Resonator"},
-                          {"LP5CR", "linph5", "Linear Phase (.5 degree)Coupled Resonator"},
-                          {"Gaussian6CR", "gauss6", "Transitional Gaussian (6db) Coupled Resonator"},
-                          {"gaussian12CR", "gauss12", "Transitional Gaussian (12db) Coupled Resonator"}};
+    const Case cases[] = {
+        {"BesselCR", "bessel", "Bessel Coupled Resonator"},
+        {"GaussianCR", "gaussian", "Gaussian Coupled Resonator"},
+        {"LegendreCR", "legendre", "Legendre Coupled Resonator"},
+        {"LP05CR", "linph05", "Linear Phase (.05 degree)Coupled Resonator"},
+        {"LP5CR", "linph5", "Linear Phase (.5 degree)Coupled Resonator"},
+        {"Gaussian6CR", "gauss6", "Transitional Gaussian (6db) Coupled Resonator"},
+        {"gaussian12CR", "gauss12", "Transitional Gaussian (12db) Coupled Resonator"}};
     for (const Case& c : cases) {
         // The first record of order 5 in the file, read here on its own.
         std::ifstream in(std::string(ZELK_BINARY_DIR) + "/tables/" + c.file + ".tbl");
@@ -245,7 +264,8 @@ TEST(CoupledResonator, TableCommandsReadTheFirstRecordOfTheOrder) {
         EXPECT_EQ(slot(0).title, c.title);
         EXPECT_EQ(prototerms.g1term, first[0]) << c.command;
         EXPECT_EQ(prototerms.gnterm, first[4]) << c.command;
-        EXPECT_NEAR(prototerms.kcoupling[2], 1 / std::sqrt(first[1] * first[2]), 1e-15) << c.command;
+        EXPECT_NEAR(prototerms.kcoupling[2], 1 / std::sqrt(first[1] * first[2]), 1e-15)
+            << c.command;
         EXPECT_EQ(slot(0).count(), 14);
     }
 }
@@ -257,7 +277,8 @@ TEST(CoupledResonator, RunTimeFaultsAbandonTheDesign) {
          {std::tuple{"accept", "getvalue(1)=0 accept", "Run-time error '11'"},
           std::tuple{"getvalue(1)=5 accept", "getvalue(0)=50 accept", "Run-time error '5'"}}) {
         test::Session s;
-        ASSERT_EQ(s.run(crscript("BCR", "10M 500K 3", lc, zcr) + "dump messages\n"), 0) << s.err.str();
+        ASSERT_EQ(s.run(crscript("BCR", "10M 500K 3", lc, zcr) + "dump messages\n"), 0)
+            << s.err.str();
         EXPECT_NE(s.take().find(error), std::string::npos) << zcr;
         EXPECT_EQ(store.lastslot, -1);
         expectfinite(slot(0));
