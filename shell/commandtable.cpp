@@ -11,6 +11,7 @@
 #include "core/designflow.h"
 #include "core/designstore.h"
 #include "core/dipoles.h"
+#include "design/coupledcmds.h"
 #include "design/designfiles.h"
 #include "design/ellipticcmd.h"
 #include "design/lcflow.h"
@@ -25,6 +26,7 @@
 #include "shell/frame.h"
 #include "shell/help.h"
 #include "synthesis/bwcheby.h"
+#include "synthesis/coupled.h"
 #include "synthesis/ellipticproto.h"
 #include "synthesis/pads.h"
 #include "synthesis/tables.h"
@@ -118,6 +120,15 @@ const std::vector<Command>& commands() {
         {"legendre", legendre_Click, Design},
         {"linearphase05", linearphase05_Click, Design},
         {"linearphase5", linearphase5_Click, Design},
+        {"BCR", BCR_Click, Design},
+        {"CCR", CCR_Click, Design},
+        {"BesselCR", BesselCR_Click, Design},
+        {"GaussianCR", GaussianCR_Click, Design},
+        {"LegendreCR", LegendreCR_Click, Design},
+        {"LP05CR", LP05CR_Click, Design},
+        {"LP5CR", LP5CR_Click, Design},
+        {"Gaussian6CR", Gaussian6CR_Click, Design},
+        {"gaussian12CR", gaussian12CR_Click, Design},
         {"attnp", attnp_Click, Design},
         {"attnt", attnt_Click, Design},
         // OPTIONS
@@ -172,6 +183,7 @@ void resetall() {
     frame = FrameState{};
     elliptic = EllipticWork{};
     pad = PadWork{};
+    coupled = CoupledWork{};
     closetablefile();
     tables.tabratio = 0;
     selfunction.reset();

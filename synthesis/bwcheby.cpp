@@ -40,6 +40,9 @@ void storeprototerms(int order) {
     const int n = order < 0 ? 0 : (order > 16 ? 16 : order);
     prototerms.g1term = g[1];
     prototerms.gnterm = g[static_cast<size_t>(n)];
+    // The inductor hint of the coupled-resonator prompt reads the end value from the store.
+    store.g1term = prototerms.g1term;
+    store.gnterm = prototerms.gnterm;
     for (int i = 1; i <= n - 1; ++i)
         prototerms.kcoupling[static_cast<size_t>(i)] =
             hdiv(1, hsqr(g[static_cast<size_t>(i + 1)] * g[static_cast<size_t>(i)]));

@@ -1,0 +1,292 @@
+// Coupled-resonator band-pass designs: the prompt's refusals, the closed-form and table
+// prototypes, the capacitive end match and its boundary, run-time faults, and the band
+// edges of an analysed design read from the plotted curve.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "core/designflow.h"
+#include "core/designstore.h"
+#include "entry/panel.h"
+#include "synthesis/bwcheby.h"
+#include "synthesis/coupled.h"
+#include "tests/testsupport.h"
+
+namespace zelk {
+namespace {
+
+const double pi = std::acos(-1.0);
+
+// The three windows of a coupled-resonator command in the order they open, then the title.
+std::string crscript(const std::string& command, const std::string& band,
+                     const std::string& lc = "accept", const std::string& zcr = "accept") {
+    return "> Getdata: " + band + "\n> Getdata: " + lc + "\n> Getdata: " + zcr +
+           "\n>? designtitle: Text1=\"CR\" Command1\n" + command + "\n";
+}
+
+// Every part value of the open design is finite.
+void expectfinite(const DesignSlot& s) {
+    for (int d = 1; d <= MAXDIPOLE; ++d) {
+        const Dipole& p = s.dip(d);
+        for (double v : {p.R, p.C, p.L, p.Qu, p.Ca}) EXPECT_TRUE(std::isfinite(v)) << d;
+    }
+}
+
+TEST(CoupledResonator, ButterworthOrder3CouplingsAndBandEdges) {
+    test::Session s;
+    ASSERT_EQ(s.run(crscript("BCR", "10M 500K 3") +
+                    "> Getdata: 9.5M 10.5M 0 -40\nPEG\ndump curve plotPEG\n"),
+              0)
+        << s.err.str();
+    const DesignSlot& d = slot(0);
+    ASSERT_EQ(d.code, "BCR");
+    ASSERT_EQ(d.count(), 10);
+    // Closed-form Butterworth values with the exact pi.
+    double g[5] = {1, 0, 0, 0, 1};
+    for (int k = 1; k <= 3; ++k) g[k] = 2 * std::sin((2 * k - 1) * pi / 6);
+    const double w0 = d.w0, bw = d.bw, L = d.dip(4).L;
+    for (int i = 1; i <= 2; ++i) {
+        const double k = 1 / std::sqrt(g[i] * g[i + 1]);
+        EXPECT_NEAR(prototerms.kcoupling[static_cast<size_t>(i)], k, 1e-8 * k);
+        // The coupling capacitor normalised by the resonator's own C and the loaded Q.
+        EXPECT_NEAR(d.dip(2 * i + 3).C * (w0 / bw) * w0 * w0 * L, k, 1e-8 * k);
+    }
+    for (int i = 1; i <= 3; ++i) EXPECT_EQ(d.dip(2 * i + 2).Qu, 1000) << "lossless reads Q 1000";
+    // The -3 dB crossings of the transducer gain, from the plotted points.
+    std::istringstream curve(s.take());
+    std::vector<double> f, db;
+    int slotno, i;
+    double x, y;
+    while (curve >> slotno >> i >> x >> y) {
+        f.push_back(x);
+        db.push_back(y);
+    }
+    ASSERT_GE(f.size(), 512u);
+    std::vector<double> edges;
+    for (size_t j = 1; j < f.size(); ++j)
+        if ((db[j - 1] + 3) * (db[j] + 3) < 0)
+            edges.push_back(f[j - 1] + (f[j] - f[j - 1]) * (-3 - db[j - 1]) / (db[j] - db[j - 1]));
+    ASSERT_EQ(edges.size(), 2u);
+    EXPECT_NEAR(edges[0], 9.75e6, 0.02 * 9.75e6);
+    EXPECT_NEAR(edges[1], 10.25e6, 0.02 * 10.25e6);
+}
+
+TEST(CoupledResonator, ChebyshevElementsAreTextbookValuesMovedToThreeDecibels) {
+    test::Session s;
+    store.curslot = 0;
+    struct Case {
+        int n;
+        std::vector<double> g; // 0.1 dB ripple, g[1..n+1]
+    };
+    const Case cases[] = {{3, {1.0316, 1.1474, 1.0316, 1}},
+                          {4, {1.1088, 1.3062, 1.7704, 0.8181, 1.3554}}};
+    for (const Case& c : cases) {
+        slot(0).order = c.n;
+        slot(0).Apass = 0.1;
+        chebyshevelements();
+        const double eps = std::sqrt(std::pow(10, 0.01) - 1);
+        const double h = std::cosh(std::acosh(std::sqrt(std::pow(10, 0.3) - 1) / eps) / c.n);
+        for (int k = 1; k <= c.n; ++k)
+            EXPECT_NEAR(store.g[static_cast<size_t>(k)] / h, c.g[static_cast<size_t>(k - 1)], 6e-5)
+                << c.n << ' ' << k;
+        EXPECT_NEAR(store.g[static_cast<size_t>(c.n + 1)], c.g.back(), 6e-5) << "load not rescaled";
+        EXPECT_EQ(store.oddorder, c.n % 2 == 1);
+    }
+}
+
+TEST(CoupledResonator, PromptRefusals) {
+    struct Case {
+        const char* command;
+        const char* band;
+        const char* title;
+        const char* text;
+    };
+    const Case cases[] = {
+        {"CCR", "10M 500K 3 3", "WARNING",
+         "The specified passband ripple must be less than 3db.\\nIn fact, values greater than 1db "
+         "are not "
+         "recommended."},
+        {"BCR", "10M 500K 1", "Minimum Order Error", "The following must be true\\nOrder = > 2"},
+        {"GaussianCR", "10M 500K 2", "Minimum Order Error",
+         "The following must be true\\nOrder = > 3"},
+        {"Gaussian6CR", "10M 500K 3", "Minimum Order Error",
+         "The following must be true\\nOrder = > 4"},
+        {"BCR", "10M 1.01M 3", "Bandwidth too wide",
+         "Coupled resonator filters are best for bandwidths less than 10% of center frequency"},
+        {"CCR", "10M -500K 3 .5", "WARNING",
+         "The following must be true\\n0 < F1 < F2\\nOrder > 1"},
+    };
+    for (const Case& c : cases) {
+        test::Session s;
+        ASSERT_EQ(s.run("> Getdata: " + std::string(c.band) + "\n> Getdata: close\n" + c.command +
+                        "\ndump messages\n"),
+                  0)
+            << c.command << ' ' << c.band << s.err.str();
+        const std::string want = std::string("msgbox title=\"") + c.title +
+                                 "\" buttons=OK answer=OK text=\"" + c.text + "\"";
+        EXPECT_NE(s.take().find(want), std::string::npos) << c.band;
+        EXPECT_EQ(store.lastslot, -1) << c.band;
+    }
+    // The order row goes back to kmin after an order or bandwidth refusal.
+    test::Session o;
+    ASSERT_EQ(o.run("> Getdata: 10M 2M 5\n> Getdata: close\nLegendreCR\n"), 0);
+    EXPECT_EQ(paneltext(2), "3.");
+    // Limits that pass: a ripple just below 3 dB, a bandwidth of exactly 10%.
+    for (const auto& [command, band] :
+         {std::pair{"CCR", "10M 500K 3 2.99"}, std::pair{"BCR", "10M 1M 3"}}) {
+        test::Session p;
+        ASSERT_EQ(p.run(crscript(command, band)), 0) << band << p.err.str();
+        EXPECT_EQ(store.lastslot, 0) << band;
+        EXPECT_EQ(slot(0).count(), 10) << band;
+    }
+}
+
+TEST(CoupledResonator, StartDefaultsAfterAChangeOfKind) {
+    test::Session s;
+    ASSERT_EQ(s.run(crscript("CCR", "20M 1M 4 .5")), 0) << s.err.str();
+    EXPECT_FALSE(flow.crdefaults);
+    // The same kind again shows the last values; new File first, as the menus require.
+    ASSERT_EQ(s.run("newfilter\n> Getdata: close\nCCR\n"), 0) << s.err.str();
+    EXPECT_EQ(paneltext(2), "4.");
+    EXPECT_EQ(paneltext(3), "500.m");
+    flow.crdefaults = true;
+    ASSERT_EQ(s.run("> Getdata: close\nCCR\n"), 0);
+    EXPECT_EQ(paneltext(0), "100000000");
+    EXPECT_EQ(paneltext(1), "1000000");
+    EXPECT_EQ(paneltext(2), "2.");
+    EXPECT_EQ(paneltext(3), ".1");
+}
+
+// The layout on its own, with the design resistance known to the test.
+TEST(CoupledResonator, EndMatchAndItsBoundary) {
+    test::Session s;
+    store.curslot = 0;
+    DesignSlot& d = slot(0);
+    d.order = 3;
+    d.w1 = 2 * pi * 9.75e6;
+    d.w2 = 2 * pi * 10.25e6;
+    butterworthCRproto();
+    crcentre();
+    coupled.Lres = 1.6e-7;
+    flow.Qdesign = 1000;
+    const double w0 = d.w0, bw = d.bw;
+    const double r0 = w0 * coupled.Lres * prototerms.g1term * (w0 / bw);
+    const double cres = 1 / (w0 * w0) / coupled.Lres;
+    struct Case {
+        double zin, zout;
+        bool inmatch, outmatch;
+    };
+    const Case cases[] = {{r0, r0, false, false},       {r0 - 1, r0 - 1, false, false},
+                          {r0 - 1.01, r0, true, false}, {50, 1e6, true, false},
+                          {r0, 75, false, true},        {50, 75, true, true}};
+    for (const Case& c : cases) {
+        d.Zin = c.zin;
+        d.Zout = c.zout;
+        crlayout();
+        ASSERT_EQ(d.count(), 10);
+        EXPECT_NEAR(d.r0, r0, 1e-12 * r0);
+        EXPECT_EQ(d.dip(3).type, c.inmatch ? 3 : 6) << c.zin;
+        EXPECT_EQ(d.dip(9).type, c.outmatch ? 3 : 6) << c.zout;
+        EXPECT_EQ(d.dip(1).R, c.inmatch ? c.zin : r0);
+        EXPECT_NEAR(d.dip(10).R, c.outmatch ? c.zout : r0, 1e-9 * r0);
+        // Each resonator node keeps the total capacitance that tunes it to w0.
+        for (int i = 1; i <= 3; ++i)
+            EXPECT_NEAR(d.dip(2 * i + 1).C + d.dip(2 * i + 2).C + d.dip(2 * i + 3).C, cres,
+                        1e-12 * cres);
+        const double T = prototerms.g1term * w0 * 1000 / (bw * 1000 - prototerms.g1term * w0);
+        if (c.inmatch) {
+            EXPECT_NEAR(d.dip(3).C,
+                        1 / w0 / std::sqrt(c.zin * T * w0 * coupled.Lres - c.zin * c.zin),
+                        1e-12 * d.dip(3).C);
+        }
+    }
+    // The tapped form: the end resonators become types 57 and 58.
+    d.Zin = 50;
+    d.Zout = 75;
+    crlayouttapped();
+    EXPECT_EQ(d.count(), 8);
+    EXPECT_EQ(d.dip(2).type, 57);
+    EXPECT_EQ(d.dip(6).type, 58);
+    EXPECT_NEAR(d.dip(2).Ca / std::sqrt(r0 / 50), cres - d.dip(3).C, 1e-12 * cres);
+}
+
+TEST(CoupledResonator, MatchedDesignPassesThePowerOfAFiftyOhmSource) {
+    for (const char* z : {"50 50", "getvalue(0)=50 accept", "getvalue(1)=50 accept"}) {
+        test::Session s;
+        ASSERT_EQ(s.run(crscript("BCR", "10M 500K 3", "accept", z) +
+                        "> Getdata: 9.5M 10.5M 0 -40\nPEG\ndump curve plotPEG\n"),
+                  0)
+            << z << s.err.str();
+        std::istringstream curve(s.take());
+        double peak = -1e9, x, y;
+        int a, b;
+        while (curve >> a >> b >> x >> y) peak = std::max(peak, y);
+        EXPECT_GT(peak, -1.5) << z;
+    }
+}
+
+TEST(CoupledResonator, TableCommandsReadTheFirstRecordOfTheOrder) {
+    struct Case {
+        const char* command;
+        const char* file;
+        const char* title;
+    };
+    const Case cases[] = {
+        {"BesselCR", "bessel", "Bessel Coupled Resonator"},
+        {"GaussianCR", "gaussian", "Gaussian Coupled Resonator"},
+        {"LegendreCR", "legendre", "Legendre Coupled Resonator"},
+        {"LP05CR", "linph05", "Linear Phase (.05 degree)Coupled Resonator"},
+        {"LP5CR", "linph5", "Linear Phase (.5 degree)Coupled Resonator"},
+        {"Gaussian6CR", "gauss6", "Transitional Gaussian (6db) Coupled Resonator"},
+        {"gaussian12CR", "gauss12", "Transitional Gaussian (12db) Coupled Resonator"}};
+    for (const Case& c : cases) {
+        // The first record of order 5 in the file, read here on its own.
+        std::ifstream in(std::string(ZELK_BINARY_DIR) + "/tables/" + c.file + ".tbl");
+        std::string line;
+        std::vector<double> first;
+        while (std::getline(in, line)) {
+            std::vector<double> v;
+            std::stringstream ss(line);
+            for (std::string t; std::getline(ss, t, ',');) v.push_back(std::stod(t));
+            if (!v.empty() && v[0] == 5) {
+                first.assign(v.begin() + 2, v.end());
+                break;
+            }
+        }
+        ASSERT_EQ(first.size(), 5u) << c.file;
+        test::Session s;
+        ASSERT_EQ(s.run(crscript(c.command, "10M 500K 5")), 0) << c.command << s.err.str();
+        EXPECT_EQ(slot(0).code, "TCR");
+        EXPECT_EQ(slot(0).title, c.title);
+        EXPECT_EQ(prototerms.g1term, first[0]) << c.command;
+        EXPECT_EQ(prototerms.gnterm, first[4]) << c.command;
+        EXPECT_NEAR(prototerms.kcoupling[2], 1 / std::sqrt(first[1] * first[2]), 1e-15)
+            << c.command;
+        EXPECT_EQ(slot(0).count(), 14);
+    }
+}
+
+TEST(CoupledResonator, RunTimeFaultsAbandonTheDesign) {
+    // A load of 0 ohm divides by zero in the match; a Q so low that bw Q < g1 w0 leaves a
+    // negative radicand.
+    for (const auto& [lc, zcr, error] :
+         {std::tuple{"accept", "getvalue(1)=0 accept", "Run-time error '11'"},
+          std::tuple{"getvalue(1)=5 accept", "getvalue(0)=50 accept", "Run-time error '5'"}}) {
+        test::Session s;
+        ASSERT_EQ(s.run(crscript("BCR", "10M 500K 3", lc, zcr) + "dump messages\n"), 0)
+            << s.err.str();
+        EXPECT_NE(s.take().find(error), std::string::npos) << zcr;
+        EXPECT_EQ(store.lastslot, -1);
+        expectfinite(slot(0));
+        // The program goes on: the next design is made.
+        ASSERT_EQ(s.run(crscript("BCR", "10M 500K 3")), 0);
+        EXPECT_EQ(slot(0).count(), 10);
+    }
+}
+
+} // namespace
+} // namespace zelk
