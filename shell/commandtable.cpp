@@ -20,6 +20,7 @@
 #include "design/terminate.h"
 #include "entry/designtitle.h"
 #include "entry/panel.h"
+#include "schematic/inductors.h"
 #include "schematic/report.h"
 #include "schematic/schematicview.h"
 #include "shell/frame.h"
@@ -120,6 +121,8 @@ const std::vector<Command>& commands() {
         {"linearphase5", linearphase5_Click, Design},
         {"attnp", attnp_Click, Design},
         {"attnt", attnt_Click, Design},
+        // UTILITIES
+        {"dinductor", dinductor_Click, Plain},
         // OPTIONS
         {"helpL", helpL_Click, Plain},
         {"partslist", displayentry<partslist>, Plain},
@@ -179,6 +182,7 @@ void resetall() {
     resetpanel();
     designtitlewindow.reset();
     report = ReportState{};
+    inductorswindow.reset();
     resetschematic();
     resetplots();
     trouble.reset();
