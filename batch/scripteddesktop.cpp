@@ -6,6 +6,7 @@
 #include <fstream>
 
 #include "core/hostmath.h"
+#include "core/window.h"
 
 namespace zelk {
 
@@ -124,6 +125,16 @@ void ScriptedDesktop::apply(Window& w, const std::string& action) {
         int index;
         if (!splitname(action.substr(0, eq), name, index))
             throw BatchStop{1, "malformed action " + action + " for window " + w.formname};
+        // On a list box the text picks the row that reads so, as a click on it would.
+        if (Control* c = w.find(name, index); c && c->kind == ControlKind::List) {
+            std::string text = unquote(action.substr(eq + 1));
+            int row = w.finditem(name, index, text);
+            if (row < 0)
+                throw BatchStop{1, "list " + action.substr(0, eq) + " of window " + w.formname +
+                                       " has no item \"" + text + "\""};
+            w.selectitem(name, index, row);
+            return;
+        }
         if (!w.settext(name, index, unquote(action.substr(eq + 1))))
             throw BatchStop{1, "window " + w.formname + " has no text control " + action.substr(0, eq)};
         return;

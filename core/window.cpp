@@ -87,6 +87,27 @@ bool Window::settext(std::string_view name, int index, const std::string& text) 
     return true;
 }
 
+bool Window::selectitem(std::string_view name, int index, int item) {
+    Control* c = find(name, index);
+    if (!c || item < -1 || item >= static_cast<int>(c->items.size())) return false;
+    c->listindex = item;
+    if (c->onclick) c->onclick(index);
+    return true;
+}
+
+int Window::finditem(std::string_view name, int index, std::string_view text) const {
+    const Control* c = find(name, index);
+    if (!c) return -1;
+    auto trim = [](std::string_view t) {
+        while (!t.empty() && (t.front() == ' ' || t.front() == '\t')) t.remove_prefix(1);
+        while (!t.empty() && (t.back() == ' ' || t.back() == '\t')) t.remove_suffix(1);
+        return t;
+    };
+    for (size_t i = 0; i < c->items.size(); ++i)
+        if (trim(c->items[i]) == trim(text)) return static_cast<int>(i);
+    return -1;
+}
+
 bool Window::focus(std::string_view name, int index) {
     Control* c = find(name, index);
     if (!c) return false;

@@ -88,6 +88,11 @@ class Window {
     bool click(std::string_view name, int index = -1);
     bool dblclick(std::string_view name, int index = -1);
     bool settext(std::string_view name, int index, const std::string& text);
+    // A list box: selects row `item` (-1 none) and fires the click, as a click on the row.
+    bool selectitem(std::string_view name, int index, int item);
+    // A list box: the first row whose text, blanks trimmed at both ends, is `text`; -1 when
+    // none is.
+    int finditem(std::string_view name, int index, std::string_view text) const;
     bool focus(std::string_view name, int index = -1);
     bool mouse(std::string_view name, int index, int kind, int button, int shift, double x,
                double y); // kind 0 down, 1 move, 2 up

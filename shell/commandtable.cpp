@@ -21,6 +21,7 @@
 #include "design/terminate.h"
 #include "entry/designtitle.h"
 #include "entry/panel.h"
+#include "schematic/inductors.h"
 #include "schematic/report.h"
 #include "schematic/schematicview.h"
 #include "shell/frame.h"
@@ -131,6 +132,8 @@ const std::vector<Command>& commands() {
         {"gaussian12CR", gaussian12CR_Click, Design},
         {"attnp", attnp_Click, Design},
         {"attnt", attnt_Click, Design},
+        // UTILITIES
+        {"dinductor", dinductor_Click, Plain},
         // OPTIONS
         {"helpL", helpL_Click, Plain},
         {"partslist", displayentry<partslist>, Plain},
@@ -191,6 +194,7 @@ void resetall() {
     resetpanel();
     designtitlewindow.reset();
     report = ReportState{};
+    inductorswindow.reset();
     resetschematic();
     resetplots();
     trouble.reset();

@@ -12,6 +12,7 @@
 #include <QMessageBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
@@ -26,6 +27,8 @@
 #include "batch/runner.h"
 #include "core/commands.h"
 #include "core/designstore.h"
+#include "core/hostmath.h"
+#include "schematic/inductors.h"
 #include "shell/frame.h"
 #include "shell/help.h"
 #include <QScreen>
@@ -349,6 +352,33 @@ TEST(QtShell, ButterworthLowPassThroughTheDialogs) {
     EXPECT_TRUE(QFileInfo(QDir(saveddir).filePath("my butter.sch")).isFile()) << saveddir.toStdString();
     EXPECT_FALSE(QFileInfo(QDir(saveddir).filePath("my bu.sch")).exists());
     EXPECT_TRUE(frame.designsaved);
+
+    // Design Inductors through the mirrored lists: the first inductor air-wound on half
+    // an inch in AWG 22. The toggle refills the form list with the diameters.
+    std::string item;
+    c.steps.push_back({"inductors", [&item](QWidget* v) {
+                           QTest::mouseClick(button(v, "Command3"), Qt::LeftButton);
+                           auto* l1 = v->findChild<QListWidget*>("List1");
+                           auto* l2 = v->findChild<QListWidget*>("List2");
+                           auto* l3 = v->findChild<QListWidget*>("List3");
+                           ASSERT_TRUE(l1 && l2 && l3);
+                           ASSERT_EQ(l1->count(), 37);
+                           l1->setCurrentRow(l1->row(l1->findItems(".500", Qt::MatchExactly).value(0)));
+                           l2->setCurrentRow(l2->row(l2->findItems("22", Qt::MatchExactly).value(0)));
+                           ASSERT_GT(l3->count(), 0);
+                           item = l3->item(0)->text().toStdString();
+                           l3->setCurrentRow(0);
+                           QTest::mouseClick(button(v, "Command1"), Qt::LeftButton);
+                           QTest::mouseClick(button(v, "Command2"), Qt::LeftButton);
+                       }});
+    trigger(f, "dinductor");
+    EXPECT_TRUE(c.steps.empty());
+    ASSERT_EQ(item.rfind("L ", 0), 0u) << item;
+    {
+        const Dipole& d = slot(0).dip(static_cast<int>(Val(item.substr(2))));
+        EXPECT_EQ(d.Lcore, "air");
+        EXPECT_EQ(d.Lturns, airwinding(d.L * 1000000, 0.5, 36.56).turns);
+    }
 
     // One design: the menus of the one-design block, through the actions.
     EXPECT_TRUE(f->action("savefilter")->isEnabled());

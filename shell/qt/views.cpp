@@ -136,12 +136,7 @@ QWidget* ControlMirror::make(Control& c) {
     case ControlKind::List: {
         auto* l = new QListWidget(parent_);
         QObject::connect(l, &QListWidget::currentRowChanged, l, [win, name, index](int row) {
-            logicevent([=] {
-                if (Control* k = win->find(name, index)) {
-                    k->listindex = row;
-                    win->click(name, index);
-                }
-            });
+            logicevent([=] { win->selectitem(name, index, row); });
         });
         widget = l;
         break;
@@ -207,7 +202,11 @@ void ControlMirror::sync() {
                 if (c.sellength == 0) e->setCursorPosition(c.selstart);
             }
         } else if (auto* lw = dynamic_cast<QListWidget*>(widget)) {
-            if (lw->count() != static_cast<int>(c.items.size())) {
+            // Rows are rebuilt when their texts changed (a list refilled with as many rows).
+            bool same = lw->count() == static_cast<int>(c.items.size());
+            for (int i = 0; same && i < lw->count(); ++i)
+                same = lw->item(i)->text() == qs(c.items[static_cast<size_t>(i)]);
+            if (!same) {
                 lw->clear();
                 for (auto& s : c.items) lw->addItem(qs(s));
             }

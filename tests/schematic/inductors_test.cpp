@@ -1,0 +1,238 @@
+// Inductor design: air-wound and toroid windings, the inductor list, the accept checks and
+// the winding lines of the report, driven through the window as a batch script drives it.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+
+#include "core/hostmath.h"
+#include "schematic/inductors.h"
+#include "schematic/ladder.h"
+#include "schematic/report.h"
+
+namespace zelk {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+// Wheeler's short-solenoid formula as the window uses it: microhenries from turns, mean
+// radius and winding length in inches.
+double wheeler(double turns, double radius, double length) {
+    return (turns * radius) * (turns * radius) / (9 * radius + 10 * length);
+}
+
+struct AirCase {
+    double target, diameter, tpi;
+    double turns;
+    int layers;
+};
+
+// Turns and layers worked outside the program from the layer loop as written (length =
+// whole turns / turns per inch * layers).
+class AirWound : public ::testing::TestWithParam<AirCase> {};
+
+TEST_P(AirWound, LoopTurnsAndInductanceWithinHalfTurn) {
+    const AirCase c = GetParam();
+    AirWinding w = airwinding(c.target, c.diameter, c.tpi);
+    EXPECT_DOUBLE_EQ(w.turns, c.turns);
+    EXPECT_EQ(w.layers, c.layers);
+    const double r = (1 / c.tpi + c.diameter) / 2;
+    EXPECT_DOUBLE_EQ(w.coilradius, r);
+    EXPECT_DOUBLE_EQ(w.coillength, std::floor(c.turns) / c.tpi * c.layers);
+    // The winding reaches the target, and half a turn less does not.
+    EXPECT_GE(wheeler(c.turns, r, std::floor(c.turns) / c.tpi * c.layers), c.target);
+    EXPECT_LT(wheeler(c.turns - 0.5, r, std::floor(c.turns - 0.5) / c.tpi * c.layers), c.target);
+    // The loop ends on the first layer that is at least as long as the coil is wide.
+    EXPECT_GE(w.coillength, 2 * r);
+}
+
+INSTANTIATE_TEST_SUITE_P(Inductors, AirWound,
+                         ::testing::Values(AirCase{1.0, 0.5, 18.75, 16.0, 2}, AirCase{1.0, 0.5, 29.32, 12.5, 2},
+                                           AirCase{1.0, 0.5, 36.56, 11.0, 2}, AirCase{1.0, 0.5, 85.28, 12.0, 5},
+                                           AirCase{1.0, 0.5, 3.00, 20.5, 1}, AirCase{10, 0.25, 36.56, 146.5, 1},
+                                           AirCase{0.1, 1.0, 9.48, 2.5, 6}));
+
+TEST(Inductors, TargetsOfZeroOrLessAndBelowOneTurnEnd) {
+    for (double target : {0.0, -1.0, -1e9}) {
+        AirWinding w = airwinding(target, 0.5, 36.56);
+        EXPECT_EQ(w.turns, 0) << target;
+        EXPECT_EQ(w.layers, 0) << target;
+    }
+    // Half a turn already exceeds the target: no whole turn, one layer.
+    AirWinding w = airwinding(1e-6, 0.5, 36.56);
+    EXPECT_EQ(w.turns, 0.5);
+    EXPECT_EQ(w.layers, 1);
+    EXPECT_EQ(airwinding(1, 0.5, 0).turns, 0);
+}
+
+struct ToroidCase {
+    const char* core;
+    double L, AL;
+    double henriesper; // inductance of one turn squared that AL stands for, in henries
+};
+
+// N turns on a core give L = AL * N^2 in the AL unit that the first letter names.
+class Toroid : public ::testing::TestWithParam<ToroidCase> {};
+
+TEST_P(Toroid, TurnsGiveTheInductanceInTheLettersUnit) {
+    const ToroidCase c = GetParam();
+    const double n = toroidturns(c.core, c.L, c.AL);
+    EXPECT_NEAR(c.AL * c.henriesper * n * n, c.L, c.L * 1e-12) << c.core;
+}
+
+INSTANTIATE_TEST_SUITE_P(Inductors, Toroid,
+                         ::testing::Values(
+                             // Ferrite and P: millihenries per 1000 turns = nanohenries per turn squared.
+                             ToroidCase{"FT37-43", 1e-3, 350, 1e-9}, ToroidCase{"P14", 47e-6, 160, 1e-9},
+                             // Iron powder and any other letter: microhenries per 100 turns.
+                             ToroidCase{"T50-2", 1.287e-6, 49, 1e-10}, ToroidCase{"X1", 22e-6, 100, 1e-10},
+                             // L: microhenries per 100 turns derated to 90%.
+                             ToroidCase{"L10", 10e-6, 40, 0.9e-10}));
+
+TEST(Inductors, ToroidHandWorked) {
+    // 1 mH on 350 mH/1000 turns: 1000 * sqrt(1/350) = 53.45 turns.
+    EXPECT_NEAR(toroidturns("FT37-43", 1e-3, 350), 53.4522, 1e-4);
+    // 1.287 uH on 49 uH/100 turns: 100 * sqrt(1.287/49) = 16.206 turns.
+    EXPECT_NEAR(toroidturns("T50-2", 1.287e-6, 49), 16.2066, 1e-4);
+    EXPECT_EQ(toroidturns("T50-2", 0, 49), 0);
+    EXPECT_EQ(toroidturns("T50-2", 1e-6, 0), 0);
+}
+
+TEST(Inductors, ListHoldsWindableInductorsByType) {
+    test::Session session;
+    // 2 series L: listed. 3 has an L but is not a coil type. 12 lists L and La; 42 only La
+    // (its L is 0); 25 is not a coil type; 69 lists both; a 2 with L = 0 is not listed.
+    test::ladder({{1, 50},
+                  {2, 0, 0, 1e-6},
+                  {3, 0, 0, 1e-6},
+                  {12, 0, 1e-9, 2e-6, 0, 3e-6},
+                  {42, 0, 0, 0, 0, 4e-6},
+                  {25, 0, 0, 1e-6, 0, 1e-6},
+                  {2, 0, 0, 0},
+                  {69, 0, 0, 5e-6, 0, 6e-6},
+                  {31, 50}});
+    EXPECT_EQ(inductorlist(), (Lines{"L 2", "L 4", "La 4", "La 5", "L 8", "La 8"}));
+}
+
+// A 3-dipole ladder with one coil, run through the window by a script.
+struct CoilRun {
+    test::Session session;
+    explicit CoilRun(double L, double La = 0, int type = 2) {
+        test::ladder({{1, 50}, {type, 0, 1e-9, L, 0, La}, {31, 50}});
+        test::options(true, false, false, true);
+        schematicbuild();
+    }
+    int window(const std::string& actions, const std::string& answers = "") {
+        return session.run("> inductors: " + actions + "\n" + answers + "dinductor\n");
+    }
+    Dipole& d() { return slot(0).dip(2); }
+    Lines coillines() {
+        Lines out;
+        bool in = false;
+        for (const std::string& l : report.lines) {
+            if (l == "DIPOLE 2") in = true;
+            else if (l.empty()) in = false;
+            else if (in) out.push_back(l);
+        }
+        return out;
+    }
+};
+
+TEST(Inductors, LaOnAToroidIsWoundForL) {
+    // L = 1 uH, La = 4 uH on a T50-2: both rows give 100 * sqrt(1/49) turns.
+    CoilRun run(1e-6, 4e-6, 12);
+    ASSERT_EQ(run.window(R"(List1="T50-2" List2="22" List3="La 2" Command1 List3="L 2" Command1 Command2)"), 0);
+    EXPECT_NEAR(run.d().Laturns, 100 * std::sqrt(1.0 / 49), 1e-9);
+    EXPECT_EQ(run.d().Laturns, run.d().Lturns);
+    EXPECT_EQ(run.d().Lacore, "T50-2");
+    // Air-wound, La is wound for La: 4 uH on half an inch in AWG 22 (36.56 turns per inch).
+    ASSERT_EQ(run.window(R"(Command3 List1=".500" List2="22" List3="La 2" Command1 Command2)"), 0);
+    EXPECT_EQ(run.d().Laturns, airwinding(4, 0.5, 36.56).turns);
+    EXPECT_NE(run.d().Laturns, airwinding(1, 0.5, 36.56).turns);
+}
+
+TEST(Inductors, SingleLayerLengthIsNegativeAndReportedCloseWound) {
+    // 1.287 uH on half an inch in AWG 16 (18.75 turns per inch): 12.5 turns in one layer of
+    // 12 / 18.75 = 0.64 inch. In AWG 22 two layers: 13.5 turns, 13 * 2 / 36.56 inch.
+    CoilRun run(1.287e-6);
+    ASSERT_EQ(run.window(R"(Command3 List1=".500" List2="16" List3="L 2" Command1 Command2)"), 0);
+    EXPECT_EQ(run.d().Lcore, "air");
+    EXPECT_DOUBLE_EQ(run.d().Llength, -0.64);
+    EXPECT_EQ(run.d().Lturns, 12.5);
+    EXPECT_EQ(run.coillines(), (Lines{"L 2=1.287uHy", "Closewind", "12.5 turns AWG 16", "on a  0.5 inch form"}));
+    ASSERT_EQ(run.window(R"(Command3 List1=".500" List2="22" List3="L 2" Command1 Command2)"), 0);
+    EXPECT_DOUBLE_EQ(run.d().Llength, 13 * 2 / 36.56);
+    EXPECT_EQ(run.coillines(), (Lines{"L 2=1.287uHy", "Spacewind, to a", "Length of .7 inches,", "13.5 turns AWG 22",
+                                      "on a  0.5 inch form"}));
+}
+
+struct AcceptCase {
+    const char* actions;
+    const char* answer;
+    const char* message;
+    bool stored;
+};
+
+class Accept : public ::testing::TestWithParam<AcceptCase> {};
+
+TEST_P(Accept, ChecksAskAndCancelStoresNothing) {
+    const AcceptCase c = GetParam();
+    CoilRun run(1.287e-6);
+    ASSERT_EQ(run.window(std::string(c.actions) + " List3=\"L 2\" Command1 Command2",
+                         *c.answer ? std::string("> msgbox: ") + c.answer + "\n" : ""),
+              0);
+    auto& msgs = run.session.runner.desk.messages;
+    if (*c.message) {
+        ASSERT_EQ(msgs.size(), 1u);
+        EXPECT_EQ(msgs[0].title, "Inductor Design Error");
+        EXPECT_EQ(msgs[0].text, c.message);
+    } else {
+        EXPECT_TRUE(msgs.empty());
+    }
+    EXPECT_EQ(!run.d().Lcore.empty(), c.stored);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Inductors, Accept,
+    ::testing::Values(
+        // 0.1 inch in AWG 16: about six inches of coil on a 0.08 inch radius.
+        AcceptCase{R"(Command3 List1=".100" List2="16")", "Cancel",
+                   "Coil is getting too long.\rUse a larger diameter form\ror try using a toroid form", false},
+        AcceptCase{R"(Command3 List1=".100" List2="16")", "OK",
+                   "Coil is getting too long.\rUse a larger diameter form\ror try using a toroid form", true},
+        // 17.9 turns of AWG 0 (3 turns per inch) need 6 inches; a T37 hole is 0.64 round.
+        AcceptCase{R"(List1="T37-2" List2="0")", "Cancel",
+                   "Cannot get 17.9 turns awg 0 on a T37-2 form.\rSuggest using larger form or smaller wire.", false},
+        // 1.9 turns on a FT37-43.
+        AcceptCase{R"(List1="FT37-43" List2="22")", "Cancel",
+                   "Coil has very few turns.\rSuggest using airwound coil\ror lower permeability core.", false},
+        AcceptCase{R"(List1="FT37-43" List2="22")", "OK",
+                   "Coil has very few turns.\rSuggest using airwound coil\ror lower permeability core.", true},
+        AcceptCase{R"(List1="T50-2" List2="22")", "", "", true}));
+
+TEST(Inductors, NothingChosenStoresNothingAndUnknownRowStopsTheScript) {
+    CoilRun run(1e-6);
+    ASSERT_EQ(run.window(R"(List2="22" List3="L 2" Command1 Command2)"), 0);
+    EXPECT_TRUE(run.d().Lcore.empty());
+    EXPECT_EQ(run.window(R"(List3="L 7" Command2)"), 1);
+}
+
+TEST(Inductors, DamagedTableNamesTheFileAndKeepsWhatWasRead) {
+    CoilRun run(1e-6);
+    const auto dir = std::filesystem::path(run.session.runner.desk.userdatadir_) / "tables";
+    std::filesystem::create_directories(dir);
+    const auto file = dir / "awg.txt";
+    std::ofstream(file) << "\"20\",29.32\n\"21\",32.75\n\"22\",36.56\n";
+    const int status = run.window(R"(List1="T50-2" List2="22" List3="L 2" Command1 Command2)");
+    std::filesystem::remove(file);
+    ASSERT_EQ(status, 0) << run.session.err.str();
+    auto& msgs = run.session.runner.desk.messages;
+    ASSERT_EQ(msgs.size(), 1u);
+    EXPECT_EQ(msgs[0].text, "The table \\tables\\awg.txt ends after 3 of 31 wire gauges.");
+    EXPECT_EQ(inductorswindow.ctl("List2").items.size(), 3u);
+    EXPECT_EQ(run.d().Lawg, 22);
+}
+
+} // namespace
+} // namespace zelk
