@@ -161,5 +161,65 @@ TEST(Transform, FaultRestoresTheDesignAndTheStack) {
     EXPECT_EQ(dipole(0, 2).type, 13); // the earlier edit stands
 }
 
+// The end tanks of R | 35 | 4 | 35 | 6 | R: the input match at dipole 2, the output match
+// at dipolecount - 2, checked against the match formulas worked by hand.
+struct Match {
+    const char* name;
+    int d;
+    const char* answers; // Getdata answer lines
+    int type;            // the tank's type afterwards
+    int depth;           // undo depth afterwards
+    bool fault;
+};
+
+class EndMatch : public ::testing::TestWithParam<Match> {};
+
+TEST_P(EndMatch, WritesTheMatchOrLeavesTheDesignAsItWas) {
+    const Match& m = GetParam();
+    test::Session session;
+    const double L = 75e-9, C = 3.4e-9;
+    test::ladder({{1, 50}, {35, 0, C, L}, {4, 0, 15e-12, 1.7e-6}, {35, 0, C, L}, {6}, {31, 50}});
+    schematicbuild();
+    schematicwindow(0).click("symbol", m.d);
+    ASSERT_TRUE(menuenabled("transform"));
+    EXPECT_EQ(session.run(std::string(m.answers) + "transform\n"), 0) << session.err.str();
+    const Dipole& t = dipole(0, m.d);
+    EXPECT_EQ(t.type, m.type);
+    EXPECT_EQ(undostate.undodepth, m.depth);
+    if (m.fault) {
+        EXPECT_EQ(session.runner.desk.messages.back().text, "Run-time error '11':\n\nDivision by zero");
+        EXPECT_EQ(t.C, C);
+        EXPECT_EQ(t.Ca, 0);
+        EXPECT_EQ(dipole(0, 1).R, 50);
+        return;
+    }
+    if (m.type == 35) return;
+    const double v = std::sqrt(50.0 / 12.5); // 2
+    if (m.d == 2) {
+        // L raised to 150 nH: Zold 100 ohms, C halved, dipoles 3.. scaled by 2; then
+        // v = sqrt(100/12.5), Ca = C*v, C = Ca/(v - 1).
+        const double v2 = std::sqrt(100.0 / 12.5);
+        EXPECT_DOUBLE_EQ(t.L, 150e-9);
+        EXPECT_DOUBLE_EQ(t.Ca, C / 2 * v2);
+        EXPECT_DOUBLE_EQ(t.C, C / 2 * v2 / (v2 - 1));
+        EXPECT_DOUBLE_EQ(dipole(0, 1).R, 12.5);
+        EXPECT_DOUBLE_EQ(dipole(0, 3).L, 3.4e-6);
+        EXPECT_DOUBLE_EQ(dipole(0, 6).R, 100);
+    } else {
+        EXPECT_DOUBLE_EQ(t.Ca, C * v);
+        EXPECT_DOUBLE_EQ(t.C, (C * v * C) / (C * v - C));
+        EXPECT_DOUBLE_EQ(dipole(0, 6).R, 12.5);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Ends, EndMatch,
+    ::testing::Values(Match{"InputZAndL", 2, "> Getdata: 12.5 150n\n", 57, 1, false},
+                      Match{"InputUnchangedTakesNoSnapshot", 2, "> Getdata: 50 75n\n", 35, 0, false},
+                      Match{"InputZeroImpedanceFaults", 2, "> Getdata: 0 75n\n", 35, 0, true},
+                      Match{"OutputZ", 4, "> Getdata: 12.5\n", 58, 1, false},
+                      Match{"OutputZeroImpedanceFaults", 4, "> Getdata: 0\n", 35, 0, true}),
+    [](const auto& info) { return std::string(info.param.name); });
+
 } // namespace
 } // namespace zelk
