@@ -133,10 +133,11 @@ Step sequencestep(int from, double a, double b, double c, double e) {
     return s;
 }
 
-const char* const matchhelp[4] = {"Warning: Impedance matching is generally a narrow-band function.",
-                                  "They should be used mainly for band pass and band reject filters",
-                                  "with bandwidths < 20% of their center frequency.",
-                                  "Some insertion loss will result from their use."};
+const char* const matchhelp[4] = {
+    "Warning: Impedance matching is generally a narrow-band function.",
+    "They should be used mainly for band pass and band reject filters",
+    "with bandwidths < 20% of their center frequency.",
+    "Some insertion loss will result from their use."};
 
 void sethelplines(const char* const h[4]) { sethelp(h[0], h[1], h[2], h[3]); }
 
@@ -208,19 +209,44 @@ int nexttransformtype(int type) {
     const int base = type > 30 ? type - 30 : type;
     int next = 0;
     switch (base) {
-    case 9: next = 10; break;
-    case 10: next = 9; break;
-    case 20: next = 21; break;
-    case 21: next = 20; break;
-    case 12: next = 13; break;
-    case 13: next = 18; break;
-    case 18: next = 24; break;
-    case 24: next = 12; break;
-    case 17: next = 19; break;
-    case 19: next = 22; break;
-    case 22: next = 23; break;
-    case 23: next = 17; break;
-    default: return 0;
+    case 9:
+        next = 10;
+        break;
+    case 10:
+        next = 9;
+        break;
+    case 20:
+        next = 21;
+        break;
+    case 21:
+        next = 20;
+        break;
+    case 12:
+        next = 13;
+        break;
+    case 13:
+        next = 18;
+        break;
+    case 18:
+        next = 24;
+        break;
+    case 24:
+        next = 12;
+        break;
+    case 17:
+        next = 19;
+        break;
+    case 19:
+        next = 22;
+        break;
+    case 22:
+        next = 23;
+        break;
+    case 23:
+        next = 17;
+        break;
+    default:
+        return 0;
     }
     return next + (type - base);
 }
@@ -245,8 +271,10 @@ void transform_Click() {
         dp.type = static_cast<short>(next);
     } else if (type == 35) {
         // Only the tanks next to the ends have a match; elsewhere nothing happens.
-        if (n == 2) matchinput();
-        else if (n == s.count() - 2) matchoutput(n);
+        if (n == 2)
+            matchinput();
+        else if (n == s.count() - 2)
+            matchoutput(n);
     } else {
         notransform(n);
     }
@@ -258,7 +286,8 @@ void transformdipole(int first, double factor) {
     DesignSlot& s0 = slot(0);
     for (int n = first; n <= s0.count(); ++n) {
         Dipole& d = s0.dip(n);
-        const double R = hfinite(d.R * factor), L = hfinite(d.L * factor), La = hfinite(d.La * factor);
+        const double R = hfinite(d.R * factor), L = hfinite(d.L * factor),
+                     La = hfinite(d.La * factor);
         const double C = hdiv(d.C, factor), Ca = hdiv(d.Ca, factor);
         d.R = R;
         d.L = L;
@@ -269,7 +298,8 @@ void transformdipole(int first, double factor) {
 }
 
 void notransform(int n) {
-    MsgBox("No transformation available for dipole" + numtext(n) + ".", vbOKOnly, "TRANSFORMATIONS");
+    MsgBox("No transformation available for dipole" + numtext(n) + ".", vbOKOnly,
+           "TRANSFORMATIONS");
 }
 
 void schematictransform(int n) {
@@ -277,9 +307,9 @@ void schematictransform(int n) {
         const char* label;
         double Dipole::*value;
     };
-    static const Field fields[] = {{"R =", &Dipole::R},   {"C =", &Dipole::C},   {"L =", &Dipole::L},
-                                   {"Qu =", &Dipole::Qu}, {"Ca =", &Dipole::Ca}, {"La =", &Dipole::La},
-                                   {"Qa =", &Dipole::Qa}};
+    static const Field fields[] = {
+        {"R =", &Dipole::R},   {"C =", &Dipole::C},   {"L =", &Dipole::L},  {"Qu =", &Dipole::Qu},
+        {"Ca =", &Dipole::Ca}, {"La =", &Dipole::La}, {"Qa =", &Dipole::Qa}};
     Dipole& dp = dipole(store.curslot, n);
     panelclear();
     paneldipole(dp.type);
@@ -344,7 +374,8 @@ void getnewL(double Lold, double& newL) {
     getdata.getvalue(0).visible = true;
     getdata.Label2(0).visible = true;
     getdata.ctl("selectT").visible = true;
-    sethelp("Narrow Band Transform.", "Used to increase the value of inductance for a single dipole.",
+    sethelp("Narrow Band Transform.",
+            "Used to increase the value of inductance for a single dipole.",
             "This transform will increase the complexity of the filter by one capacitor.", "");
     const std::string before = getdata.getvalue(0).text;
     for (;;) {
@@ -387,7 +418,8 @@ void gettransform(double& Zfactor, double& Ffactor) {
 void tzfm_Click() {
     sethelp("Allows you to transform the design impedance and or frequency.",
             "Transforming the design impedance can produce more realistic component values.",
-            "You then use one of the impedance matching utilities to get back to the origional Z in or Z out.",
+            "You then use one of the impedance matching utilities to get back to the origional Z "
+            "in or Z out.",
             "Transforming the frequency moves an existing design to a new frequency range.");
     DesignSlot& s0 = slot(0);
     panelclear();
@@ -416,8 +448,9 @@ void tzfm_Click() {
     }
     // Zin, Zout and w4 are outside the snapshot: checked before any is written.
     const double Zin = hfinite(s0.Zin * Zfactor), Zout = hfinite(s0.Zout * Zfactor);
-    const double w1 = hfinite(s0.w1 * Ffactor), w2 = hfinite(s0.w2 * Ffactor), w3 = hfinite(s0.w3 * Ffactor),
-                 w4 = hfinite(s0.w4 * Ffactor), bw = hfinite(s0.bw * Ffactor);
+    const double w1 = hfinite(s0.w1 * Ffactor), w2 = hfinite(s0.w2 * Ffactor),
+                 w3 = hfinite(s0.w3 * Ffactor), w4 = hfinite(s0.w4 * Ffactor),
+                 bw = hfinite(s0.bw * Ffactor);
     s0.Zin = Zin;
     s0.Zout = Zout;
     s0.w1 = w1;

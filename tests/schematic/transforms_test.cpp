@@ -23,23 +23,35 @@ const double freqs[10] = {0.31e6, 0.77e6, 1.3e6, 2.9e6, 4.1e6, 5.9e6, 7.7e6, 11e
 // reference for the catalogue's evaluation.
 double reactance(int type, const Dipole& d, double w) {
     const int t = type > 30 ? type - 30 : type;
-    auto xs = [w](double L, double C) { return w * L - 1 / (w * C); }; // series LC
+    auto xs = [w](double L, double C) { return w * L - 1 / (w * C); };        // series LC
     auto xp = [w](double L, double C) { return -1 / (w * C - 1 / (w * L)); }; // tank
     auto par = [](double x1, double x2) { return -1 / (-1 / x1 - 1 / x2); };
     const double xla = w * d.La, xca = -1 / (w * d.Ca);
     switch (t) {
-    case 9: return par(xs(d.L, d.C), xca);
-    case 10: return xp(d.L, d.C) + xca;
-    case 12: return par(xp(d.L, d.C) + xla, xca);
-    case 13: return par(par(xs(d.L, d.C), xla), xca);
-    case 17: return par(xs(d.L, d.C), xs(d.La, d.Ca));
-    case 18: return xp(d.L, d.C) + xp(d.La, d.Ca);
-    case 19: return xp(d.L, d.C) + xla + xca;
-    case 20: return par(xs(d.L, d.C), xla);
-    case 21: return xp(d.L, d.C) + xla;
-    case 22: return par(xs(d.L, d.C), xla) + xca;
-    case 23: return par(xs(d.L, d.C), xca) + xla;
-    case 24: return par(xp(d.L, d.C) + xca, xla);
+    case 9:
+        return par(xs(d.L, d.C), xca);
+    case 10:
+        return xp(d.L, d.C) + xca;
+    case 12:
+        return par(xp(d.L, d.C) + xla, xca);
+    case 13:
+        return par(par(xs(d.L, d.C), xla), xca);
+    case 17:
+        return par(xs(d.L, d.C), xs(d.La, d.Ca));
+    case 18:
+        return xp(d.L, d.C) + xp(d.La, d.Ca);
+    case 19:
+        return xp(d.L, d.C) + xla + xca;
+    case 20:
+        return par(xs(d.L, d.C), xla);
+    case 21:
+        return xp(d.L, d.C) + xla;
+    case 22:
+        return par(xs(d.L, d.C), xla) + xca;
+    case 23:
+        return par(xs(d.L, d.C), xca) + xla;
+    case 24:
+        return par(xp(d.L, d.C) + xca, xla);
     }
     return NAN;
 }
@@ -80,7 +92,8 @@ TEST_P(TransformCircle, EveryFormKeepsTheImmittanceAndTheCircleCloses) {
     for (double f : freqs) {
         x0.push_back(catalogue(TWOPI * f));
         // The catalogue and the circuit agree on the starting form.
-        EXPECT_NEAR(x0.back(), reactance(c.start, original, TWOPI * f), 1e-9 * std::fabs(x0.back()));
+        EXPECT_NEAR(x0.back(), reactance(c.start, original, TWOPI * f),
+                    1e-9 * std::fabs(x0.back()));
     }
     for (int expected : c.types) {
         select(2);
@@ -94,8 +107,8 @@ TEST_P(TransformCircle, EveryFormKeepsTheImmittanceAndTheCircleCloses) {
         }
     }
     const Dipole& back = dipole(0, 2);
-    const double want[4] = {c.exchanged ? c.La : c.L, c.exchanged ? c.Ca : c.C, c.exchanged ? c.L : c.La,
-                            c.exchanged ? c.C : c.Ca};
+    const double want[4] = {c.exchanged ? c.La : c.L, c.exchanged ? c.Ca : c.C,
+                            c.exchanged ? c.L : c.La, c.exchanged ? c.C : c.Ca};
     const double got[4] = {back.L, back.C, back.La, back.Ca};
     for (int i = 0; i < 4; ++i) EXPECT_NEAR(got[i], want[i], 1e-9 * want[i]) << "field " << i;
 }
@@ -121,7 +134,9 @@ TEST(Transform, TenToNineIsNotTheInverseOfNineToTen) {
     select(2);
     transform();
     EXPECT_EQ(dipole(0, 2).type, 10);
-    for (double f : freqs) EXPECT_NEAR(catalogue(TWOPI * f), reactance(9, original, TWOPI * f), 1e-9 * std::fabs(reactance(9, original, TWOPI * f)));
+    for (double f : freqs)
+        EXPECT_NEAR(catalogue(TWOPI * f), reactance(9, original, TWOPI * f),
+                    1e-9 * std::fabs(reactance(9, original, TWOPI * f)));
     const double Ca10 = dipole(0, 2).Ca;
     select(2);
     transform();
@@ -138,7 +153,8 @@ TEST(Transform, TypeWithoutATransformShowsTheMessageAndChangesNothing) {
     setenabled("transform", true);
     transform();
     ASSERT_FALSE(session.runner.desk.messages.empty());
-    EXPECT_EQ(session.runner.desk.messages.back().text, "No transformation available for dipole 3.");
+    EXPECT_EQ(session.runner.desk.messages.back().text,
+              "No transformation available for dipole 3.");
     EXPECT_EQ(session.runner.desk.messages.back().title, "TRANSFORMATIONS");
     EXPECT_EQ(undostate.undodepth, 0);
 }
@@ -159,6 +175,28 @@ TEST(Transform, FaultRestoresTheDesignAndTheStack) {
     EXPECT_EQ(dipole(0, 3).L, before.L);
     EXPECT_EQ(undostate.undodepth, 1);
     EXPECT_EQ(dipole(0, 2).type, 13); // the earlier edit stands
+}
+
+// The direct value panel: a row for each of R, C, L, Qu, Ca, La, Qa above 0, in that
+// order, read back by its label.
+TEST(ValuePanel, RowsForThePositiveFieldsOnlyWrittenBackByLabel) {
+    test::Session session;
+    test::ladder({{1, 50}, {12, 0, 1e-9, 1e-6, 0.47e-9, 2.2e-6}, {31, 50}});
+    dipole(0, 2).Qa = 80;
+    schematicbuild();
+    registercommand("valuepanel", [] { schematictransform(2); });
+    ASSERT_EQ(session.run("> Getdata: 2n 3u 1n 4u 90\nvaluepanel\ndump panel\n"), 0)
+        << session.err.str();
+    const std::string panel = session.take();
+    EXPECT_NE(panel.find("row 0 label=\"C =\""), std::string::npos);
+    EXPECT_NE(panel.find("row 4 label=\"Qa =\""), std::string::npos);
+    const Dipole& d = dipole(0, 2);
+    EXPECT_DOUBLE_EQ(d.C, 2e-9);
+    EXPECT_DOUBLE_EQ(d.L, 3e-6);
+    EXPECT_DOUBLE_EQ(d.Ca, 1e-9);
+    EXPECT_DOUBLE_EQ(d.La, 4e-6);
+    EXPECT_EQ(d.Qa, 90);
+    EXPECT_EQ(d.Qu, 0) << "a field at 0 has no row";
 }
 
 // The end tanks of R | 35 | 4 | 35 | 6 | R: the input match at dipole 2, the output match
@@ -187,7 +225,8 @@ TEST_P(EndMatch, WritesTheMatchOrLeavesTheDesignAsItWas) {
     EXPECT_EQ(t.type, m.type);
     EXPECT_EQ(undostate.undodepth, m.depth);
     if (m.fault) {
-        EXPECT_EQ(session.runner.desk.messages.back().text, "Run-time error '11':\n\nDivision by zero");
+        EXPECT_EQ(session.runner.desk.messages.back().text,
+                  "Run-time error '11':\n\nDivision by zero");
         EXPECT_EQ(t.C, C);
         EXPECT_EQ(t.Ca, 0);
         EXPECT_EQ(dipole(0, 1).R, 50);
@@ -215,7 +254,8 @@ TEST_P(EndMatch, WritesTheMatchOrLeavesTheDesignAsItWas) {
 INSTANTIATE_TEST_SUITE_P(
     Ends, EndMatch,
     ::testing::Values(Match{"InputZAndL", 2, "> Getdata: 12.5 150n\n", 57, 1, false},
-                      Match{"InputUnchangedTakesNoSnapshot", 2, "> Getdata: 50 75n\n", 35, 0, false},
+                      Match{"InputUnchangedTakesNoSnapshot", 2, "> Getdata: 50 75n\n", 35, 0,
+                            false},
                       Match{"InputZeroImpedanceFaults", 2, "> Getdata: 0 75n\n", 35, 0, true},
                       Match{"OutputZ", 4, "> Getdata: 12.5\n", 58, 1, false},
                       Match{"OutputZeroImpedanceFaults", 4, "> Getdata: 0\n", 35, 0, true}),

@@ -17,20 +17,25 @@ namespace zelk {
 namespace {
 
 bool same(double a, double b) { return std::memcmp(&a, &b, sizeof a) == 0; }
-bool same(const Number& a, const Number& b) { return a.kind() == b.kind() && same(a.value(), b.value()); }
+bool same(const Number& a, const Number& b) {
+    return a.kind() == b.kind() && same(a.value(), b.value());
+}
 
 // The fields a snapshot copies, compared bit for bit.
 ::testing::AssertionResult samecopied(const DesignSlot& a, const DesignSlot& b) {
-    for (auto f : {&DesignSlot::r0, &DesignSlot::w0, &DesignSlot::w1, &DesignSlot::w2, &DesignSlot::w3,
-                   &DesignSlot::bw, &DesignSlot::dipolecount})
+    for (auto f : {&DesignSlot::r0, &DesignSlot::w0, &DesignSlot::w1, &DesignSlot::w2,
+                   &DesignSlot::w3, &DesignSlot::bw, &DesignSlot::dipolecount})
         if (!same(a.*f, b.*f)) return ::testing::AssertionFailure() << "slot field differs";
     for (int n = 1; n <= a.count(); ++n) {
         const Dipole &p = a.dip(n), &q = b.dip(n);
-        if (p.type != q.type || p.Lcore != q.Lcore) return ::testing::AssertionFailure() << "dipole " << n;
-        for (auto f : {&Dipole::R, &Dipole::C, &Dipole::Ca, &Dipole::L, &Dipole::Qu, &Dipole::K, &Dipole::Qa,
-                       &Dipole::Kspare, &Dipole::La, &Dipole::Ls, &Dipole::Cs, &Dipole::Cp, &Dipole::Rs,
-                       &Dipole::Qx, &Dipole::Lform, &Dipole::Lawg, &Dipole::Lturns, &Dipole::Llength})
-            if (!same(p.*f, q.*f)) return ::testing::AssertionFailure() << "dipole " << n << " field";
+        if (p.type != q.type || p.Lcore != q.Lcore)
+            return ::testing::AssertionFailure() << "dipole " << n;
+        for (auto f :
+             {&Dipole::R, &Dipole::C, &Dipole::Ca, &Dipole::L, &Dipole::Qu, &Dipole::K, &Dipole::Qa,
+              &Dipole::Kspare, &Dipole::La, &Dipole::Ls, &Dipole::Cs, &Dipole::Cp, &Dipole::Rs,
+              &Dipole::Qx, &Dipole::Lform, &Dipole::Lawg, &Dipole::Lturns, &Dipole::Llength})
+            if (!same(p.*f, q.*f))
+                return ::testing::AssertionFailure() << "dipole " << n << " field";
     }
     return ::testing::AssertionSuccess();
 }
@@ -74,7 +79,9 @@ TEST(Undo, EditsThenAsManyUndosGiveBackTheStartingSlot) {
         EXPECT_EQ(findmenu("undo")->caption, "Undo " + numtext(edits));
         EXPECT_TRUE(dipole(0, 2).Lcore.empty()) << "an edit clears the live L winding record";
         // A snapshot taken at a depth above 1 was copied after the record was cleared.
-        if (edits >= 2) EXPECT_TRUE(slot(1).dip(2).Lcore.empty());
+        if (edits >= 2) {
+            EXPECT_TRUE(slot(1).dip(2).Lcore.empty());
+        }
         for (int k = 0; k < edits; ++k) ASSERT_EQ(session.run("undo\n"), 0);
         const DesignSlot& now = slot(0);
         // The first snapshot was taken at depth 1 and so kept the L winding record.
@@ -95,7 +102,8 @@ TEST(Undo, EditsThenAsManyUndosGiveBackTheStartingSlot) {
 TEST(Undo, EighthEditDropsTheOldestSnapshot) {
     test::Session session;
     design();
-    for (int k = 0; k < 8; ++k) schematicwindow(0).click("symbol", 2), runcommand(*findcommand("transform"));
+    for (int k = 0; k < 8; ++k)
+        schematicwindow(0).click("symbol", 2), runcommand(*findcommand("transform"));
     EXPECT_EQ(undostate.undodepth, 7);
     EXPECT_EQ(findmenu("undo")->caption, "Undo  7");
     for (int k = 0; k < 7; ++k) ASSERT_EQ(session.run("undo\n"), 0);
@@ -127,8 +135,11 @@ TEST(TransformZF, PowerEffectiveGainMovesWithTheFrequency) {
     // A band-pass of tanks and series circuits with Q 200: every loss term of the
     // catalogue scales with the impedance. (A capacitor's fixed 1e-6 loss does not, so a
     // ladder with bare capacitors moves by about 1e-3 dB on a change of impedance.)
-    DesignSlot& s = test::ladder({{1, 50}, {35, 0, 1.2e-9, 84e-9}, {4, 0, 12e-12, 8.4e-6},
-                                  {35, 0, 1.2e-9, 84e-9}, {31, 50}});
+    DesignSlot& s = test::ladder({{1, 50},
+                                  {35, 0, 1.2e-9, 84e-9},
+                                  {4, 0, 12e-12, 8.4e-6},
+                                  {35, 0, 1.2e-9, 84e-9},
+                                  {31, 50}});
     for (int n = 2; n <= 4; ++n) dipole(0, n).Qu = 200;
     s.r0 = 50;
     s.w0 = TWOPI * 10e6;
@@ -147,6 +158,14 @@ TEST(TransformZF, PowerEffectiveGainMovesWithTheFrequency) {
         store.wA = TWOPI * fs[i] * Ffactor;
         EXPECT_NEAR(response(Quantity::PEG, 0), before[i], 1e-9) << fs[i];
     }
+    // The snapshot was taken after r0 and w0 took the new values: undo brings the parts
+    // back and leaves the new design impedance and frequency.
+    ASSERT_EQ(session.run("undo\n"), 0);
+    EXPECT_EQ(slot(0).dip(3).L, 8.4e-6);
+    EXPECT_EQ(slot(0).dip(1).R, 50);
+    EXPECT_EQ(slot(0).dip(3).C, 12e-12);
+    EXPECT_EQ(slot(0).r0.value(), 600);
+    EXPECT_DOUBLE_EQ(slot(0).w0.value(), 7e6 * PI);
 }
 
 // A zero new Z is refused with the warning, but r0 was already written: the next answer
