@@ -60,6 +60,7 @@ void clearall() {
     store.lastslot = -1;
     store.curslot = -1;
     store.Rtol = store.Ltol = store.Ctol = 1;
+    if (schematichooks.resetundo) schematichooks.resetundo();
     updatemenus();
     starthelplines();
 }

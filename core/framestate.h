@@ -32,6 +32,7 @@ extern const char* const printnames[15];
 struct SchematicHooks {
     void (*clear)(int slot) = nullptr; // schematicclear of one slot
     void (*hideall)() = nullptr;       // hides both schematic windows
+    void (*resetundo)() = nullptr;     // empties the undo store (File New)
 };
 inline SchematicHooks schematichooks;
 

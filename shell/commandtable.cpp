@@ -23,7 +23,9 @@
 #include "entry/panel.h"
 #include "schematic/inductors.h"
 #include "schematic/report.h"
+#include "schematic/dipoletransforms.h"
 #include "schematic/schematicview.h"
+#include "schematic/undo.h"
 #include "shell/frame.h"
 #include "shell/help.h"
 #include "synthesis/bwcheby.h"
@@ -38,6 +40,13 @@ namespace {
 
 constexpr CommandKind Plain = CommandKind::Plain;
 constexpr CommandKind Design = CommandKind::Design;
+constexpr CommandKind Edit = CommandKind::Edit;
+
+// An edit: a fault restores the design only from a snapshot this edit took.
+template <void (*F)()> void editentry() {
+    undobeginedit();
+    F();
+}
 
 // A plot's print and clipboard entries.
 template <PlotForm* P> void printentry() { printplot(*P); }
@@ -94,6 +103,10 @@ const std::vector<Command>& commands() {
         {"cUSR", clipentry<&PLOTSR>, Plain},
         {"cPR", clipentry<&PLOTPR>, Plain},
         {"cTPR", clipentry<&PLOTTP>, Plain},
+        // UTILITIES and the schematic's edit pop-up
+        {"undo", undo_Click, Plain},
+        {"tzfm", editentry<tzfm_Click>, Edit},
+        {"transform", editentry<transform_Click>, Edit},
         // ANALYZE
         {"PEG", PEG_Click, Plain},
         {"PIG", PIG_Click, Plain},
@@ -199,7 +212,9 @@ void resetall() {
     resetplots();
     trouble.reset();
     buildmenus();
-    schematichooks = SchematicHooks{schematicclear, hideschematics};
+    undoreset();
+    restoreafterfault = undorestoreafterfault;
+    schematichooks = SchematicHooks{schematicclear, hideschematics, undoreset};
     installcommands();
 }
 

@@ -1,9 +1,13 @@
-# Runs one batch script and compares its standard output and exit status with the
+# Runs one batch script (with its design file, if it has one) and compares its standard output and exit status with the
 # expected files beside it.
 get_filename_component(dir ${SCRIPT} DIRECTORY)
 get_filename_component(name ${SCRIPT} NAME_WE)
 file(REMOVE_RECURSE ${WORKDIR})
 file(MAKE_DIRECTORY ${WORKDIR})
+# A design file NAME.sch beside the script is put in the working folder for it to open.
+if(EXISTS ${dir}/${name}.sch)
+  file(COPY ${dir}/${name}.sch DESTINATION ${WORKDIR})
+endif()
 execute_process(COMMAND ${BATCH} ${SCRIPT}
   WORKING_DIRECTORY ${WORKDIR}
   RESULT_VARIABLE status OUTPUT_VARIABLE out ERROR_VARIABLE err)

@@ -1,0 +1,265 @@
+// Dipole transforms and undo: every circle of equivalent networks keeps the dipole's
+// immittance, matches and rescaling keep the response, and undo gives back the design
+// bit for bit in the fields a snapshot holds.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <vector>
+
+#include "analysis/response.h"
+#include "core/desktop.h"
+#include "core/dipoles.h"
+#include "schematic/dipoletransforms.h"
+#include "schematic/ladder.h"
+#include "schematic/undo.h"
+
+namespace zelk {
+namespace {
+
+const double freqs[10] = {0.31e6, 0.77e6, 1.3e6, 2.9e6, 4.1e6, 5.9e6, 7.7e6, 11e6, 17e6, 29e6};
+
+// The lossless reactance of each network, written from its circuit: an independent
+// reference for the catalogue's evaluation.
+double reactance(int type, const Dipole& d, double w) {
+    const int t = type > 30 ? type - 30 : type;
+    auto xs = [w](double L, double C) { return w * L - 1 / (w * C); };        // series LC
+    auto xp = [w](double L, double C) { return -1 / (w * C - 1 / (w * L)); }; // tank
+    auto par = [](double x1, double x2) { return -1 / (-1 / x1 - 1 / x2); };
+    const double xla = w * d.La, xca = -1 / (w * d.Ca);
+    switch (t) {
+    case 9:
+        return par(xs(d.L, d.C), xca);
+    case 10:
+        return xp(d.L, d.C) + xca;
+    case 12:
+        return par(xp(d.L, d.C) + xla, xca);
+    case 13:
+        return par(par(xs(d.L, d.C), xla), xca);
+    case 17:
+        return par(xs(d.L, d.C), xs(d.La, d.Ca));
+    case 18:
+        return xp(d.L, d.C) + xp(d.La, d.Ca);
+    case 19:
+        return xp(d.L, d.C) + xla + xca;
+    case 20:
+        return par(xs(d.L, d.C), xla);
+    case 21:
+        return xp(d.L, d.C) + xla;
+    case 22:
+        return par(xs(d.L, d.C), xla) + xca;
+    case 23:
+        return par(xs(d.L, d.C), xca) + xla;
+    case 24:
+        return par(xp(d.L, d.C) + xca, xla);
+    }
+    return NAN;
+}
+
+// Reactance of dipole 2 of slot 0 through the catalogue (the dipoles are lossless to
+// 1e-12, so the reactance is the immittance). Type 21 (and 51) drops La in
+// the catalogue, kept as it always was, so its forms are checked against the reference.
+double catalogue(double w) {
+    const Dipole& d = dipole(0, 2);
+    if (d.type == 21 || d.type == 51) return reactance(d.type, d, w);
+    store.wA = w;
+    dipoleimmittance(2, 0);
+    return store.Zi;
+}
+
+void select(int n) { schematicwindow(0).click("symbol", n); }
+void transform() { ASSERT_TRUE(runcommand(*findcommand("transform"))); }
+
+struct Circle {
+    int start;
+    std::vector<int> types; // the types met, back to start
+    bool exchanged;         // the two branches come back in each other's place
+    double L, C, La, Ca;
+};
+
+class TransformCircle : public ::testing::TestWithParam<Circle> {};
+
+TEST_P(TransformCircle, EveryFormKeepsTheImmittanceAndTheCircleCloses) {
+    const Circle& c = GetParam();
+    test::Session session;
+    test::ladder({{1, 50}, {c.start, 0, c.C, c.L, c.Ca, c.La}, {31, 50}});
+    // A Q of 1e12 instead of "lossless", whose fixed 1e-6 loss terms sit in different
+    // places in the different forms and would move the reactance by about 1e-9.
+    dipole(0, 2).Qu = dipole(0, 2).Qa = 1e12;
+    schematicbuild();
+    const Dipole original = dipole(0, 2);
+    std::vector<double> x0;
+    for (double f : freqs) {
+        x0.push_back(catalogue(TWOPI * f));
+        // The catalogue and the circuit agree on the starting form.
+        EXPECT_NEAR(x0.back(), reactance(c.start, original, TWOPI * f),
+                    1e-9 * std::fabs(x0.back()));
+    }
+    for (int expected : c.types) {
+        select(2);
+        transform();
+        const Dipole& d = dipole(0, 2);
+        ASSERT_EQ(d.type, expected);
+        for (int i = 0; i < 10; ++i) {
+            const double x = catalogue(TWOPI * freqs[i]);
+            EXPECT_NEAR(x, x0[static_cast<size_t>(i)], 1e-9 * std::fabs(x0[static_cast<size_t>(i)]))
+                << "type " << d.type << " at " << freqs[i];
+        }
+    }
+    const Dipole& back = dipole(0, 2);
+    const double want[4] = {c.exchanged ? c.La : c.L, c.exchanged ? c.Ca : c.C,
+                            c.exchanged ? c.L : c.La, c.exchanged ? c.C : c.Ca};
+    const double got[4] = {back.L, back.C, back.La, back.Ca};
+    for (int i = 0; i < 4; ++i) EXPECT_NEAR(got[i], want[i], 1e-9 * want[i]) << "field " << i;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Sequences, TransformCircle,
+    ::testing::Values(Circle{12, {13, 18, 24, 12}, false, 1e-6, 1e-9, 2.2e-6, 0.47e-9},
+                      Circle{42, {43, 48, 54, 42}, false, 1e-6, 1e-9, 2.2e-6, 0.47e-9},
+                      Circle{17, {19, 22, 23, 17}, true, 1e-6, 1e-9, 3.3e-6, 0.22e-9},
+                      Circle{47, {49, 52, 53, 47}, true, 1e-6, 1e-9, 3.3e-6, 0.22e-9},
+                      Circle{20, {21, 20}, false, 1e-6, 1e-9, 2.2e-6, 0},
+                      Circle{50, {51, 50}, false, 1e-6, 1e-9, 2.2e-6, 0}),
+    [](const auto& info) { return "type" + std::to_string(info.param.start); });
+
+// 10 -> 9 keeps Ca, so it is not the inverse of 9 -> 10: the type comes back, the
+// immittance does not.
+TEST(Transform, TenToNineIsNotTheInverseOfNineToTen) {
+    test::Session session;
+    test::ladder({{1, 50}, {9, 0, 1e-9, 1e-6, 0.47e-9}, {31, 50}});
+    dipole(0, 2).Qu = 1e12;
+    schematicbuild();
+    const Dipole original = dipole(0, 2);
+    select(2);
+    transform();
+    EXPECT_EQ(dipole(0, 2).type, 10);
+    for (double f : freqs)
+        EXPECT_NEAR(catalogue(TWOPI * f), reactance(9, original, TWOPI * f),
+                    1e-9 * std::fabs(reactance(9, original, TWOPI * f)));
+    const double Ca10 = dipole(0, 2).Ca;
+    select(2);
+    transform();
+    EXPECT_EQ(dipole(0, 2).type, 9);
+    EXPECT_EQ(dipole(0, 2).Ca, Ca10);
+    EXPECT_GT(std::fabs(catalogue(TWOPI * 4.1e6) - reactance(9, original, TWOPI * 4.1e6)), 1.0);
+}
+
+TEST(Transform, TypeWithoutATransformShowsTheMessageAndChangesNothing) {
+    test::Session session;
+    test::ladder({{1, 50}, {32, 0, 0, 1e-6}, {3, 0, 1e-9}, {31, 50}});
+    schematicbuild();
+    select(3);
+    setenabled("transform", true);
+    transform();
+    ASSERT_FALSE(session.runner.desk.messages.empty());
+    EXPECT_EQ(session.runner.desk.messages.back().text,
+              "No transformation available for dipole 3.");
+    EXPECT_EQ(session.runner.desk.messages.back().title, "TRANSFORMATIONS");
+    EXPECT_EQ(undostate.undodepth, 0);
+}
+
+// A zero that a formula divides by: the host's box, the design as it was, the snapshot
+// taken back off the stack.
+TEST(Transform, FaultRestoresTheDesignAndTheStack) {
+    test::Session session;
+    test::ladder({{1, 50}, {12, 0, 1e-9, 1e-6, 0.47e-9, 2.2e-6}, {9, 0, 0, 1e-6, 0}, {31, 50}});
+    schematicbuild();
+    select(2);
+    transform(); // a good edit first: depth 1
+    const Dipole before = dipole(0, 3);
+    select(3);
+    EXPECT_FALSE(runcommand(*findcommand("transform")));
+    EXPECT_EQ(session.runner.desk.messages.back().text, "Run-time error '6':\n\nOverflow");
+    EXPECT_EQ(dipole(0, 3).type, before.type);
+    EXPECT_EQ(dipole(0, 3).L, before.L);
+    EXPECT_EQ(undostate.undodepth, 1);
+    EXPECT_EQ(dipole(0, 2).type, 13); // the earlier edit stands
+}
+
+// The direct value panel: a row for each of R, C, L, Qu, Ca, La, Qa above 0, in that
+// order, read back by its label.
+TEST(ValuePanel, RowsForThePositiveFieldsOnlyWrittenBackByLabel) {
+    test::Session session;
+    test::ladder({{1, 50}, {12, 0, 1e-9, 1e-6, 0.47e-9, 2.2e-6}, {31, 50}});
+    dipole(0, 2).Qa = 80;
+    schematicbuild();
+    registercommand("valuepanel", [] { schematictransform(2); });
+    ASSERT_EQ(session.run("> Getdata: 2n 3u 1n 4u 90\nvaluepanel\ndump panel\n"), 0)
+        << session.err.str();
+    const std::string panel = session.take();
+    EXPECT_NE(panel.find("row 0 label=\"C =\""), std::string::npos);
+    EXPECT_NE(panel.find("row 4 label=\"Qa =\""), std::string::npos);
+    const Dipole& d = dipole(0, 2);
+    EXPECT_DOUBLE_EQ(d.C, 2e-9);
+    EXPECT_DOUBLE_EQ(d.L, 3e-6);
+    EXPECT_DOUBLE_EQ(d.Ca, 1e-9);
+    EXPECT_DOUBLE_EQ(d.La, 4e-6);
+    EXPECT_EQ(d.Qa, 90);
+    EXPECT_EQ(d.Qu, 0) << "a field at 0 has no row";
+}
+
+// The end tanks of R | 35 | 4 | 35 | 6 | R: the input match at dipole 2, the output match
+// at dipolecount - 2, checked against the match formulas worked by hand.
+struct Match {
+    const char* name;
+    int d;
+    const char* answers; // Getdata answer lines
+    int type;            // the tank's type afterwards
+    int depth;           // undo depth afterwards
+    bool fault;
+};
+
+class EndMatch : public ::testing::TestWithParam<Match> {};
+
+TEST_P(EndMatch, WritesTheMatchOrLeavesTheDesignAsItWas) {
+    const Match& m = GetParam();
+    test::Session session;
+    const double L = 75e-9, C = 3.4e-9;
+    test::ladder({{1, 50}, {35, 0, C, L}, {4, 0, 15e-12, 1.7e-6}, {35, 0, C, L}, {6}, {31, 50}});
+    schematicbuild();
+    schematicwindow(0).click("symbol", m.d);
+    ASSERT_TRUE(menuenabled("transform"));
+    EXPECT_EQ(session.run(std::string(m.answers) + "transform\n"), 0) << session.err.str();
+    const Dipole& t = dipole(0, m.d);
+    EXPECT_EQ(t.type, m.type);
+    EXPECT_EQ(undostate.undodepth, m.depth);
+    if (m.fault) {
+        EXPECT_EQ(session.runner.desk.messages.back().text,
+                  "Run-time error '11':\n\nDivision by zero");
+        EXPECT_EQ(t.C, C);
+        EXPECT_EQ(t.Ca, 0);
+        EXPECT_EQ(dipole(0, 1).R, 50);
+        return;
+    }
+    if (m.type == 35) return;
+    const double v = std::sqrt(50.0 / 12.5); // 2
+    if (m.d == 2) {
+        // L raised to 150 nH: Zold 100 ohms, C halved, dipoles 3.. scaled by 2; then
+        // v = sqrt(100/12.5), Ca = C*v, C = Ca/(v - 1).
+        const double v2 = std::sqrt(100.0 / 12.5);
+        EXPECT_DOUBLE_EQ(t.L, 150e-9);
+        EXPECT_DOUBLE_EQ(t.Ca, C / 2 * v2);
+        EXPECT_DOUBLE_EQ(t.C, C / 2 * v2 / (v2 - 1));
+        EXPECT_DOUBLE_EQ(dipole(0, 1).R, 12.5);
+        EXPECT_DOUBLE_EQ(dipole(0, 3).L, 3.4e-6);
+        EXPECT_DOUBLE_EQ(dipole(0, 6).R, 100);
+    } else {
+        EXPECT_DOUBLE_EQ(t.Ca, C * v);
+        EXPECT_DOUBLE_EQ(t.C, (C * v * C) / (C * v - C));
+        EXPECT_DOUBLE_EQ(dipole(0, 6).R, 12.5);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Ends, EndMatch,
+    ::testing::Values(Match{"InputZAndL", 2, "> Getdata: 12.5 150n\n", 57, 1, false},
+                      Match{"InputUnchangedTakesNoSnapshot", 2, "> Getdata: 50 75n\n", 35, 0,
+                            false},
+                      Match{"InputZeroImpedanceFaults", 2, "> Getdata: 0 75n\n", 35, 0, true},
+                      Match{"OutputZ", 4, "> Getdata: 12.5\n", 58, 1, false},
+                      Match{"OutputZeroImpedanceFaults", 4, "> Getdata: 0\n", 35, 0, true}),
+    [](const auto& info) { return std::string(info.param.name); });
+
+} // namespace
+} // namespace zelk
