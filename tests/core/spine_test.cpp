@@ -62,7 +62,9 @@ TEST(Spine, ButterworthLowAndHighPassMeetTheirCorners) {
     EXPECT_NEAR(insertionloss(0, twopi * 1e5), 0, 1e-6);
     EXPECT_TRUE(allfinite());
     EXPECT_EQ(store.lastslot, 0);
-    if (test::havengspice()) EXPECT_GT(test::crosscheck("designed-blp", 1e6, 1e8), 300);
+    if (test::havengspice()) {
+        EXPECT_GT(test::crosscheck("designed-blp", 1e6, 1e8), 300);
+    }
 
     // High-pass, T, even order, 50 to 200 ohms: F2 is the cut-off, F1 the stop edge.
     s.run("newfilter\n");
@@ -124,7 +126,9 @@ TEST(Spine, ChebyshevLowHighAndBandPassRipple) {
     EXPECT_NEAR(insertionloss(0, twopi * 1e6), flat + 0.5, 1e-4);
     EXPECT_NEAR(insertionloss(0, twopi * 0.5e6), flat + 0.5, 1e-4); // T3(0.5) = -1
     EXPECT_NEAR(insertionloss(0, twopi * 1e3), flat, 1e-4);
-    if (test::havengspice()) EXPECT_GT(test::crosscheck("designed-clp", 1e5, 1e7), 300);
+    if (test::havengspice()) {
+        EXPECT_GT(test::crosscheck("designed-clp", 1e5, 1e7), 300);
+    }
     // High-pass with order from Astop: 0.1 dB, 50 dB at an octave.
     s.run("newfilter\n");
     ASSERT_EQ(design(s, "chebyshev", "selection(1) \"Accept design\"", "1M 2M .1 40 \"\" 50 50"), 0);

@@ -24,7 +24,7 @@ using test::Cauer;
 struct Request {
     double Apass = 0.1, Astop = 0, order = 5, Zin = 50, Zout = 50, wA = 1.5;
     std::string configuration = "Pi";
-    std::string terminate; // answer for the terminate window of an even order, "" none
+    std::string terminate = ""; // answer for the terminate window of an even order, "" none
 };
 
 // Runs prototype and realisation on slot 0 of a fresh session, as the command would after
@@ -344,7 +344,9 @@ TEST(EllipticProto, EvenOrderTerminationChoices) {
         EXPECT_EQ(store.help1,
                   "Even order Elliptic filters cannot be realized without mutual inductances unless some "
                   "changes are made to your specifications.");
-        if (std::string(c.button) == "close") EXPECT_EQ(flow.termchoice, "");
+        if (std::string(c.button) == "close") {
+            EXPECT_EQ(flow.termchoice, "");
+        }
     }
 }
 
