@@ -8,6 +8,11 @@ bash tools/deps.sh
 bash tools/check-layers.sh
 BUILD=${BUILD:-build}
 JOBS=${JOBS:-2}
+# A compiler cache when one is installed: a second run on the same machine rebuilds only
+# what changed.
+if command -v ccache >/dev/null; then
+    export CMAKE_CXX_COMPILER_LAUNCHER=ccache CCACHE_BASEDIR=$PWD CCACHE_NOHASHDIR=1
+fi
 cmake -S . -B "$BUILD" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DZELK_QT=OFF -DZELK_WERROR=ON
 cmake --build "$BUILD" -j"$JOBS"
 ctest --test-dir "$BUILD" --output-on-failure -j"$JOBS"
