@@ -188,37 +188,6 @@ TEST(DesignFile, NumbersIgnoreTheLocale) {
     EXPECT_EQ(r, fifteen(1.0 / 3.0));
 }
 
-TEST(DesignFile, ShortDesignTitleIsMisreadAsTheCode) {
-    test::Session s;
-    smalldesign();
-    slot(0).designtitle = "abc";
-    std::string text = designfiletext(0);
-    slot(1) = DesignSlot{};
-    slot(1).designtitle = "kept";
-    slot(1).dip(3).R = 4.5;
-    store.wA = 0;
-    readdesign(text, 1);
-    const DesignSlot& e = slot(1);
-    EXPECT_EQ(e.title, "Butterworth Low-Pass");
-    EXPECT_EQ(e.designtitle, "kept"); // not touched in the short form
-    EXPECT_EQ(e.code, "abc");
-    ASSERT_TRUE(e.order.istext());
-    EXPECT_EQ(e.order.textvalue(), "BLP");
-    EXPECT_EQ(e.order.value(), 0); // a text counts as 0
-    // Every later header field has shifted by one (the golden script file_shorttitle
-    // shows them all).
-    EXPECT_EQ(e.Astop.value(), 5);
-    EXPECT_EQ(e.dipolecount.value(), 57.24); // the old Fbw: beyond the tables
-    // The dipoles are read shifted too, as far as there are items, up to dipole 32.
-    EXPECT_EQ(e.dip(1).type, 2);
-    EXPECT_EQ(e.dip(1).R, 1);
-    EXPECT_EQ(e.dip(1).C, 50);
-    EXPECT_EQ(e.dip(2).type, 0);
-    EXPECT_EQ(e.dip(2).R, 31);
-    EXPECT_EQ(e.dip(3).type, 0);
-    EXPECT_EQ(e.dip(3).R, 4.5); // the end of the file came first
-}
-
 TEST(DesignFile, VersionOneFileHasNoDesignTitle) {
     test::Session s;
     const std::string v1 =
