@@ -14,6 +14,7 @@
 #include "entry/panel.h"
 #include "synthesis/bwcheby.h"
 #include "synthesis/coupled.h"
+#include "files.h"
 #include "tests/testsupport.h"
 
 namespace zelk {
@@ -245,18 +246,9 @@ TEST(CoupledResonator, TableCommandsReadTheFirstRecordOfTheOrder) {
         {"gaussian12CR", "gauss12", "Transitional Gaussian (12db) Coupled Resonator"}};
     for (const Case& c : cases) {
         // The first record of order 5 in the file, read here on its own.
-        std::ifstream in(std::string(ZELK_BINARY_DIR) + "/tables/" + c.file + ".tbl");
-        std::string line;
         std::vector<double> first;
-        while (std::getline(in, line)) {
-            std::vector<double> v;
-            std::stringstream ss(line);
-            for (std::string t; std::getline(ss, t, ',');) v.push_back(std::stod(t));
-            if (!v.empty() && v[0] == 5) {
-                first.assign(v.begin() + 2, v.end());
-                break;
-            }
-        }
+        for (const auto& v : test::tablelines(std::string(c.file) + ".tbl"))
+            if (v[0] == 5 && first.empty()) first.assign(v.begin() + 2, v.end());
         ASSERT_EQ(first.size(), 5u) << c.file;
         test::Session s;
         ASSERT_EQ(s.run(crscript(c.command, "10M 500K 5")), 0) << c.command << s.err.str();

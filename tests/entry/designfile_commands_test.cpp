@@ -17,6 +17,7 @@
 #include "schematic/schematicview.h"
 #include "shell/frame.h"
 #include "entry/designfilesupport.h"
+#include "files.h"
 #include "testsupport.h"
 
 using namespace zelk;
@@ -35,12 +36,7 @@ fs::path scratch(const std::string& name) {
 
 std::string q(const fs::path& p) { return "\"" + p.string() + "\""; }
 
-std::string readall(const fs::path& p) {
-    std::ifstream in(p, std::ios::binary);
-    std::ostringstream s;
-    s << in.rdbuf();
-    return s.str();
-}
+using test::readfile;
 
 // A ladder of n dipoles in slot s whose every field tells its design (tag) and number.
 void ladder(int s, int n, int tag) {
@@ -116,9 +112,9 @@ TEST(DesignFileCommands, EveryDesignRoundTrips) {
         std::string ending = code.substr(code.size() - 2);
         EXPECT_EQ(flow.previouskind, ending == "LP" ? 0 : ending == "HP" ? 1 : ending == "BP" ? 2 : 3);
         // Saving the opened design again writes the same file.
-        std::string first = readall(dir / name);
+        std::string first = readfile(dir / name);
         ASSERT_EQ(s.run("> filedialog: " + q(dir / ("again" + name)) + "\nsavefilter\n"), 0);
-        EXPECT_EQ(readall(dir / ("again" + name)), first);
+        EXPECT_EQ(readfile(dir / ("again" + name)), first);
     }
 }
 
@@ -139,9 +135,9 @@ TEST(DesignFileCommands, SaveWritesSlotZeroOnly) {
     // With two filters open, saving writes slot 0 (a.sch but for the shared wA the last
     // open left).
     ASSERT_EQ(s.run("> filedialog: " + q(dir / "bp.sch") + "\nsavefilter\n"), 0);
-    std::string a = readall(dir / "a.sch");
+    std::string a = readfile(dir / "a.sch");
     a.replace(a.find("\r\n111\r\n"), 7, "\r\n222\r\n");
-    EXPECT_EQ(readall(dir / "bp.sch"), a);
+    EXPECT_EQ(readfile(dir / "bp.sch"), a);
     // A cancelled dialog writes nothing, and no file is left half-written beside the designs.
     ASSERT_EQ(s.run("> filedialog: cancel\nsavefilter\n"), 0);
     int files = 0;
@@ -157,16 +153,16 @@ TEST(DesignFileCommands, SavingNeverDestroysTheEarlierFile) {
     test::Session s;
     ladder(0, 4, 3);
     ASSERT_TRUE(writedesignfile((dir / "keep.sch").string(), 0));
-    std::string before = readall(dir / "keep.sch");
+    std::string before = readfile(dir / "keep.sch");
     // A save that cannot write its temporary file leaves the old file whole.
     fs::create_directories(dir / ".keep.sch.saving" / "busy");
     ladder(0, 8, 4);
     EXPECT_FALSE(writedesignfile((dir / "keep.sch").string(), 0));
-    EXPECT_EQ(readall(dir / "keep.sch"), before);
+    EXPECT_EQ(readfile(dir / "keep.sch"), before);
     fs::remove_all(dir / ".keep.sch.saving");
     // A save that can write replaces it whole.
     EXPECT_TRUE(writedesignfile((dir / "keep.sch").string(), 0));
-    EXPECT_EQ(readall(dir / "keep.sch"), designfiletext(0));
+    EXPECT_EQ(readfile(dir / "keep.sch"), designfiletext(0));
     EXPECT_FALSE(fs::exists(dir / ".keep.sch.saving"));
     // A folder that does not exist: nothing, and no fault.
     EXPECT_FALSE(writedesignfile((dir / "no" / "such.sch").string(), 0));
