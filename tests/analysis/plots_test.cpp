@@ -220,6 +220,10 @@ TEST(Plots, PromptChecksAndDefaults) {
     auto& msgs = s.runner.desk.messages;
     EXPECT_EQ(plotPEG.db1, -20);
     EXPECT_GE(plotPEG.db2, 10);
+    // The return loss prompt offers -240.
+    ASSERT_EQ(s.run("> Getdata: close\nRL\n"), 0);
+    EXPECT_EQ(getdata.getvalue(3).text, "-240");
+    EXPECT_EQ(store.help1, "Return Loss");
     // Astop of 0: the lower level is -60.
     slot(0).Astop = 0;
     ASSERT_EQ(s.run("> Getdata: close\nVEG\n"), 0);

@@ -203,6 +203,12 @@ TEST(DesignFileCommands, OpenLeavesFieldsOnAMissingFileAndStopsOnCancel) {
     EXPECT_EQ(origin(slot(0).dip(8)), std::make_pair(5, 8));
     EXPECT_EQ(schematicwindow(0).caption, "Title 5");
     EXPECT_TRUE(s.runner.desk.messages.empty());
+    // An open design's help lines say what the command does.
+    ASSERT_EQ(s.run("> filedialog: cancel\nopenfilter\ndump helplines\n"), 0);
+    EXPECT_EQ(s.take().find("Using the standard Windows file open dialog box above, select a filter file to be "
+                            "loaded.\nOnly Two filters can be open at a time.\n\nWhen finished, select File New, do "
+                            "not close the window individually.\n"),
+              0u);
 }
 
 TEST(DesignFileCommands, DeleteAsksFirst) {

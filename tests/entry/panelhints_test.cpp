@@ -29,9 +29,13 @@ TEST(PanelHints, FocusNotesByCode) {
     test::Session s;
     EXPECT_EQ(focusnote("F1 =", "BLP"), "Enter the 3db cutoff frequency F1.");
     EXPECT_EQ(focusnote("F1 =", "TBP"), "Enter the lower 3db cutoff frequency F1.");
+    EXPECT_EQ(focusnote("F1 =", "CLP"), "Enter the lower cutoff frequency F1 at the attenuation specified in A pass");
     EXPECT_EQ(focusnote("F1 =", "CHP"), "Enter the stopband frequency F1.");
     EXPECT_EQ(focusnote("F2 =", "CHP"), "Enter the cutoff frequency F2 at the attenuation specified in A pass.");
     EXPECT_EQ(focusnote("F2 =", "PAD"), "(none)"); // any other code: the note stays
+    EXPECT_EQ(focusnote("F3 =", "EBP"), "Enter the upper cutoff frequency F3, at the attenuation specified in A pass.");
+    EXPECT_EQ(focusnote("F4 =", "BBP"), "Enter the upper stopband frequency F4.");
+    EXPECT_EQ(focusnote("Apass =", "CLP"), "Enter the allowable passband ripple in db.");
     EXPECT_EQ(focusnote("Order =", "BCL"), "Enter the order of the filter (=number of crystals).");
     EXPECT_EQ(focusnote("Zin =", "BLP", 2),
               "Zin and or Zout can be specified different than the default values shown. If so, the C Match will be applied.");
@@ -63,6 +67,9 @@ TEST(PanelHints, LabelClickNotes) {
     test::Session s;
     EXPECT_EQ(clicknote("F1 =", "CBR"), "The cutoff frequency, in Hertz, of low-pass or band reject filters.");
     EXPECT_EQ(clicknote("F1 =", "BCR"), "The lower 3db cutoff frequency, in Hertz, of coupled resonator filters.");
+    EXPECT_EQ(clicknote("L% =", "BLP"),
+              "The value of all inductors in the filter is changed to within the specified % of their ideal value.");
+    EXPECT_EQ(getdata.picturekey, "dipole 2");
     // The table's keys "db1", "Freq1" never match a two-character key.
     EXPECT_EQ(clicknote("db1 =", "BLP"), "(none)");
     EXPECT_EQ(clicknote("Freq 1 =", "BLP"), "(none)");
