@@ -228,6 +228,22 @@ TEST(DesignFileCommands, DeleteAsksFirst) {
     EXPECT_EQ(slot(0).count(), 4); // the design in memory is not touched
 }
 
+// Append and insert through the menus are the golden script file_join's.
+TEST(DesignFileCommands, VersionOneFileJoinsWithAnEmptyDesignTitle) {
+    test::Session s;
+    ladder(0, 6, 2);
+    std::string v1 = designfiletext(0);
+    v1.erase(v1.find("\"Design 2\"\r\n"), 12);
+    ladder(0, 8, 1);
+    ladder(1, 1, 9); // a marker in slot 1 that the join must not touch
+    store.curslot = 0;
+    appenddesign(v1);
+    EXPECT_EQ(slot(0).designtitle, "Design 1+");
+    EXPECT_EQ(slot(0).count(), 12);
+    EXPECT_EQ(origin(slot(0).dip(10)), std::make_pair(2, 4));
+    EXPECT_EQ(slot(1).title, "Title 9");
+}
+
 TEST(DesignFileCommands, JoinsBeyondTheTablesEndQuietly) {
     test::Session s;
     // 30 + 30 - 2 dipoles do not fit: the reading stops at dipole 32 and nothing faults.
