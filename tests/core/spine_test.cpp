@@ -107,12 +107,13 @@ TEST(Spine, LadderLossesOfBothFamilies) {
         EXPECT_EQ(flow.configuration, c.cf);
         EXPECT_EQ(d.dip(d.count()).R, c.zout);
         const double flat = mismatchloss(c.zin, c.zout);
-        for (auto [f, loss] : c.losses) EXPECT_NEAR(insertionloss(0, f ? twopi * f : d.w0), flat + loss, loss > 20 ? 1e-3 : 1e-4) << f;
+        for (auto [f, loss] : c.losses)
+            EXPECT_NEAR(insertionloss(0, f ? twopi * f : d.w0.value()), flat + loss, loss > 20 ? 1e-3 : 1e-4) << f;
         if (c.centre) EXPECT_NEAR(d.w0, twopi * c.centre, 1e-2);
         if (c.edge1) EXPECT_NEAR(std::min(insertionloss(0, d.*c.edge1), insertionloss(0, d.*c.edge2)), d.Astop, 1e-3);
         EXPECT_TRUE(allfinite());
+        if (d.code == "CLP" && test::havengspice()) EXPECT_GT(test::crosscheck("designed-clp", 1e5, 1e7), 300);
     }
-    if (test::havengspice()) EXPECT_GT(test::crosscheck("designed-clp", 1e5, 1e7), 300);
 }
 
 TEST(Spine, EvenChebyshevKeepsEqualTerminations) {
