@@ -95,28 +95,6 @@ TEST(Batch, OptionalAnswersAreSkippedAndDropped) {
     EXPECT_EQ(slot(0).Zout.value(), 2);
 }
 
-TEST(Batch, DumpSlotStartValues) {
-    test::Session s;
-    ASSERT_EQ(s.run("dump slot 0\n"), 0);
-    std::string out = s.take();
-    EXPECT_EQ(out.substr(0, out.find("w0 =")),
-              "title = \"\"\ndesigntitle = \"\"\ncode = \"\"\norder = 5\nAstop = 60\nApass = 1\n"
-              "Zin = \nZout = \nr0 = \n");
-    EXPECT_NE(out.find("w4 = 131946891.468\nbw = \nwA = \nLs = 0.04069\nCs = 1.9e-14\n"), std::string::npos);
-    EXPECT_NE(out.find("dipolecount = \n"), std::string::npos);
-    // A dipole line carries all 25 fields in file order.
-    slot(0).dipolecount = 2;
-    dipole(0, 1).type = 1;
-    dipole(0, 1).R = 50;
-    dipole(0, 1).Lcore = "air";
-    ASSERT_EQ(s.run("dump slot 0\n"), 0);
-    out = s.take();
-    EXPECT_NE(out.find("dipole 1 type=1 R=50 C=0 L=0 Qu=0 K=0 Lcore=\"air\" Lform=0 Lawg=0 Lturns=0 "
-                       "Llength=0 Ca=0 La=0 Qa=0 Kspare=0 Lacore=\"\" Laform=0 Laawg=0 Laturns=0 "
-                       "Lalength=0 Ls=0 Cs=0 Cp=0 Rs=0 Qx=0\n"),
-              std::string::npos);
-}
-
 TEST(Batch, PanelBareListFillsVisibleRowsThenAccepts) {
     test::Session s;
     panelclear();

@@ -158,49 +158,14 @@ TEST(DipoleCatalogue, EveryPlainTypeMatchesItsNetwork) {
     check(x, TWOPI * 3.9e6, network(x, TWOPI * 3.9e6));
 }
 
-TEST(DipoleCatalogue, DeliberateDeparturesAreKept) {
+TEST(DipoleCatalogue, EmptyPlacesResonanceAndZeroResistance) {
     test::Session s;
     store.curslot = 0;
     const double w = TWOPI * 4e6;
 
-    // Type 40 has an admittance of 1 siemens whatever its parts.
-    Dipole p = parts(40, 100, 0);
-    evaluate(p, w);
-    EXPECT_EQ(store.Yr, 1.0);
-    p.L = 3e-6, p.C = 2e-9;
-    evaluate(p, w);
-    EXPECT_EQ(store.Yr, 1.0);
-
-    // Type 21 ignores La and Qa entirely.
-    p = parts(21, 100, 50);
-    evaluate(p, w);
-    double zr = store.Zr, zi = store.Zi;
-    p.La = 7e-6, p.Qa = 0;
-    evaluate(p, w);
-    EXPECT_EQ(store.Zr, zr);
-    EXPECT_EQ(store.Zi, zi);
-
-    // Types 18/48/68 drop the first tank's loss: with a lossless second tank the
-    // resistance is 0 (18) or R (68), however lossy the first tank.
-    p = parts(18, 20, 0);
-    evaluate(p, w);
-    EXPECT_EQ(store.Zr, 0.0);
-    p.type = 68;
-    evaluate(p, w);
-    EXPECT_EQ(store.Zr, 47.0);
-
-    // Type 44 reads Cp of the current slot's design crystal, not the dipole's.
-    p = parts(44, 0, 0);
-    slot(0).Cp = 1e-12;
-    evaluate(p, w);
-    double yi1 = store.Yi;
-    p.Cp = 99e-12;
-    evaluate(p, w);
-    EXPECT_EQ(store.Yi, yi1);
-    slot(0).Cp = 2e-12;
-    evaluate(p, w);
-    EXPECT_NEAR(store.Yi - yi1, w * 1e-12 * p.K * p.K, 1e-5 * w * 1e-12);
-
+    // Types 40, 21, 18/48/68 and 44 depart from their networks as the references above
+    // are written (1 siemens, La and Qa ignored, the first tank lossless, the slot's Cp).
+    Dipole p;
     // Empty place, open circuit, and the unused numbers that leave the results alone.
     evaluate(parts(6, 0, 0), w);
     EXPECT_EQ(store.Zr, 0.0); EXPECT_EQ(store.Zi, 0.0); EXPECT_EQ(store.Yr, 0.0); EXPECT_EQ(store.Yi, 0.0);

@@ -17,6 +17,7 @@
 #include "schematic/schematicview.h"
 #include "shell/frame.h"
 #include "entry/designfilesupport.h"
+#include "files.h"
 #include "testsupport.h"
 
 using namespace zelk;
@@ -35,12 +36,7 @@ fs::path scratch(const std::string& name) {
 
 std::string q(const fs::path& p) { return "\"" + p.string() + "\""; }
 
-std::string readall(const fs::path& p) {
-    std::ifstream in(p, std::ios::binary);
-    std::ostringstream s;
-    s << in.rdbuf();
-    return s.str();
-}
+using test::readfile;
 
 // A ladder of n dipoles in slot s whose every field tells its design (tag) and number.
 void ladder(int s, int n, int tag) {
@@ -116,13 +112,13 @@ TEST(DesignFileCommands, EveryDesignRoundTrips) {
         std::string ending = code.substr(code.size() - 2);
         EXPECT_EQ(flow.previouskind, ending == "LP" ? 0 : ending == "HP" ? 1 : ending == "BP" ? 2 : 3);
         // Saving the opened design again writes the same file.
-        std::string first = readall(dir / name);
+        std::string first = readfile(dir / name);
         ASSERT_EQ(s.run("> filedialog: " + q(dir / ("again" + name)) + "\nsavefilter\n"), 0);
-        EXPECT_EQ(readall(dir / ("again" + name)), first);
+        EXPECT_EQ(readfile(dir / ("again" + name)), first);
     }
 }
 
-TEST(DesignFileCommands, SaveCutsTheNameAndWritesSlotZeroOnly) {
+TEST(DesignFileCommands, SaveWritesSlotZeroOnly) {
     fs::path dir = scratch("save");
     test::Session s;
     twofiles(dir);
@@ -136,31 +132,20 @@ TEST(DesignFileCommands, SaveCutsTheNameAndWritesSlotZeroOnly) {
     // Saving, where it can be reached with two filters open, saves slot 0.
     setenabled("savefilter", true);
 
-    // The dialog offers the code of slot 0 in the design folder.
-    ASSERT_EQ(s.run("> filedialog: " + q(dir / "filter") + "\nsavefilter\n"), 0);
-    EXPECT_TRUE(fs::exists(dir / "fi.sch"));
-    EXPECT_FALSE(fs::exists(dir / "filter"));
-    EXPECT_FALSE(fs::exists(dir / "filter.sch"));
-    EXPECT_EQ(readall(dir / "fi.sch"), designfiletext(0));
-    // It is a.sch again, but for the shared wA that the last open left.
-    std::string a = readall(dir / "a.sch");
-    a.replace(a.find("\r\n111\r\n"), 7, "\r\n222\r\n");
-    EXPECT_EQ(readall(dir / "fi.sch"), a);
+    // With two filters open, saving writes slot 0 (a.sch but for the shared wA the last
+    // open left).
     ASSERT_EQ(s.run("> filedialog: " + q(dir / "bp.sch") + "\nsavefilter\n"), 0);
-    EXPECT_TRUE(fs::exists(dir / "bp.sch"));
-    slot(3) = DesignSlot{};
-    ASSERT_TRUE(readdesignfile((dir / "bp.sch").string(), 3));
-    EXPECT_EQ(slot(3).title, "Title 1");
-    EXPECT_EQ(slot(3).count(), 8);
-    // A cancelled dialog and a name shorter than the cut write nothing, and no file is left
-    // half-written beside the designs.
+    std::string a = readfile(dir / "a.sch");
+    a.replace(a.find("\r\n111\r\n"), 7, "\r\n222\r\n");
+    EXPECT_EQ(readfile(dir / "bp.sch"), a);
+    // A cancelled dialog writes nothing, and no file is left half-written beside the designs.
     ASSERT_EQ(s.run("> filedialog: cancel\nsavefilter\n"), 0);
     int files = 0;
     for (auto& e : fs::directory_iterator(dir)) {
         ++files;
         EXPECT_EQ(e.path().extension(), ".sch") << e.path();
     }
-    EXPECT_EQ(files, 4);
+    EXPECT_EQ(files, 3);
 }
 
 TEST(DesignFileCommands, SavingNeverDestroysTheEarlierFile) {
@@ -168,16 +153,16 @@ TEST(DesignFileCommands, SavingNeverDestroysTheEarlierFile) {
     test::Session s;
     ladder(0, 4, 3);
     ASSERT_TRUE(writedesignfile((dir / "keep.sch").string(), 0));
-    std::string before = readall(dir / "keep.sch");
+    std::string before = readfile(dir / "keep.sch");
     // A save that cannot write its temporary file leaves the old file whole.
     fs::create_directories(dir / ".keep.sch.saving" / "busy");
     ladder(0, 8, 4);
     EXPECT_FALSE(writedesignfile((dir / "keep.sch").string(), 0));
-    EXPECT_EQ(readall(dir / "keep.sch"), before);
+    EXPECT_EQ(readfile(dir / "keep.sch"), before);
     fs::remove_all(dir / ".keep.sch.saving");
     // A save that can write replaces it whole.
     EXPECT_TRUE(writedesignfile((dir / "keep.sch").string(), 0));
-    EXPECT_EQ(readall(dir / "keep.sch"), designfiletext(0));
+    EXPECT_EQ(readfile(dir / "keep.sch"), designfiletext(0));
     EXPECT_FALSE(fs::exists(dir / ".keep.sch.saving"));
     // A folder that does not exist: nothing, and no fault.
     EXPECT_FALSE(writedesignfile((dir / "no" / "such.sch").string(), 0));
@@ -243,57 +228,20 @@ TEST(DesignFileCommands, DeleteAsksFirst) {
     EXPECT_EQ(slot(0).count(), 4); // the design in memory is not touched
 }
 
-TEST(DesignFileCommands, AppendAndInsertJoinTwoLadders) {
-    fs::path dir = scratch("join");
+// Append and insert through the menus are the golden script file_join's.
+TEST(DesignFileCommands, VersionOneFileJoinsWithAnEmptyDesignTitle) {
     test::Session s;
-    twofiles(dir);
-
-    // Append b (6 dipoles) to a (8): a's load and b's source go.
-    ASSERT_EQ(s.run("> filedialog: " + q(dir / "a.sch") + "\nopenfilter\n"), 0);
-    ladder(1, 1, 9); // a marker in slot 1 that the join must not touch
-    slot(0).dip(13).R = 9013;
-    ASSERT_EQ(s.run("> filedialog: " + q(dir / "b.sch") + "\nappend\n"), 0);
-    const DesignSlot& d = slot(0);
-    EXPECT_EQ(d.count(), 12);
-    for (int k = 1; k <= 7; ++k) EXPECT_EQ(origin(d.dip(k)), std::make_pair(1, k)) << k;
-    for (int k = 8; k <= 12; ++k) EXPECT_EQ(origin(d.dip(k)), std::make_pair(2, k - 6)) << k;
-    EXPECT_EQ(d.dip(12).type, 31);
-    EXPECT_EQ(d.dip(10).Lcore, "core 2/4");
-    EXPECT_EQ(d.dip(10).Kspare, 2.04);
-    EXPECT_EQ(d.dip(13).R, 9013); // the pass past the end of the file reads nothing
-    EXPECT_EQ(d.title, "Title 1+Title 2");
-    EXPECT_EQ(d.designtitle, "Design 1+Design 2");
-    EXPECT_EQ(d.w0.value(), 1e6); // the file's other header values are thrown away
-    EXPECT_EQ(store.wA.value(), 111);
-    EXPECT_FALSE(frame.designsaved);
-    EXPECT_EQ(slot(1).title, "Title 9");
-
-    // Insert b (6) ahead of a (8): a's source and b's load go.
-    ASSERT_EQ(s.run("newfilter\n> filedialog: " + q(dir / "a.sch") + "\nopenfilter\n> filedialog: " +
-                    q(dir / "b.sch") + "\ninsert\n"),
-              0);
-    EXPECT_EQ(d.count(), 12);
-    for (int k = 1; k <= 5; ++k) EXPECT_EQ(origin(d.dip(k)), std::make_pair(2, k)) << k;
-    for (int k = 6; k <= 12; ++k) EXPECT_EQ(origin(d.dip(k)), std::make_pair(1, k - 4)) << k;
-    EXPECT_EQ(d.dip(1).type, 1);
-    EXPECT_EQ(d.dip(12).type, 31);
-    EXPECT_EQ(d.dip(12).Lcore, "core 1/8");
-    EXPECT_EQ(d.title, "Title 2+Title 1");
-    EXPECT_EQ(d.designtitle, "Design 2+Design 1");
-    EXPECT_FALSE(frame.designsaved);
-
-    // A version 1 file joins with an empty design title.
-    std::string v1 = readall(dir / "b.sch");
+    ladder(0, 6, 2);
+    std::string v1 = designfiletext(0);
     v1.erase(v1.find("\"Design 2\"\r\n"), 12);
-    {
-        std::ofstream out(dir / "v1.sch", std::ios::binary);
-        out << v1;
-    }
-    ASSERT_EQ(s.run("newfilter\n> filedialog: " + q(dir / "a.sch") + "\nopenfilter\n> filedialog: " +
-                    q(dir / "v1.sch") + "\nappend\n"),
-              0);
-    EXPECT_EQ(d.designtitle, "Design 1+");
-    EXPECT_EQ(d.count(), 12);
+    ladder(0, 8, 1);
+    ladder(1, 1, 9); // a marker in slot 1 that the join must not touch
+    store.curslot = 0;
+    appenddesign(v1);
+    EXPECT_EQ(slot(0).designtitle, "Design 1+");
+    EXPECT_EQ(slot(0).count(), 12);
+    EXPECT_EQ(origin(slot(0).dip(10)), std::make_pair(2, 4));
+    EXPECT_EQ(slot(1).title, "Title 9");
 }
 
 TEST(DesignFileCommands, JoinsBeyondTheTablesEndQuietly) {

@@ -8,18 +8,14 @@
 #include <sstream>
 
 #include "fuzz/designfilecheck.h"
+#include "files.h"
 #include "testsupport.h"
 
 using namespace zelk;
 namespace fs = std::filesystem;
 
 namespace {
-std::string readall(const fs::path& p) {
-    std::ifstream in(p, std::ios::binary);
-    std::ostringstream s;
-    s << in.rdbuf();
-    return s.str();
-}
+using test::readfile;
 const fs::path fuzzdir = fs::path(ZELK_SOURCE_DIR) / "fuzz";
 } // namespace
 
@@ -29,7 +25,7 @@ TEST(DesignFileCorpus, EveryKeptInputEndsInAPartialRead) {
     for (const char* sub : {"corpus", "regressions"})
         for (const auto& e : fs::directory_iterator(fuzzdir / sub)) {
             SCOPED_TRACE(e.path().filename().string());
-            EXPECT_TRUE(fuzz::checkdesignfile(readall(e.path())));
+            EXPECT_TRUE(fuzz::checkdesignfile(readfile(e.path())));
             ++files;
         }
     EXPECT_GE(files, 15);
@@ -39,7 +35,7 @@ TEST(DesignFileCorpus, WorstInputsReadAsTheHostWould) {
     test::Session s;
     auto open = [](const char* name) {
         store = DesignStore{};
-        readdesign(readall(fuzzdir / "regressions" / name), 0);
+        readdesign(readfile(fuzzdir / "regressions" / name), 0);
         return slot(0);
     };
     DesignSlot d = open("count33.sch");

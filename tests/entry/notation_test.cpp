@@ -16,27 +16,14 @@ void setnano(bool on) {
 TEST(Notation, EngformatEveryRow) {
     test::Session s;
     setnano(false);
-    EXPECT_EQ(engformatvalue(0), "0");
-    EXPECT_EQ(engformatvalue(1000), "1.K");
-    EXPECT_EQ(engformatvalue(1500000), "1.5M");
-    EXPECT_EQ(engformatvalue(62831853.08), "62.831853M");
-    EXPECT_EQ(engformatvalue(4700), "4.7K");
-    EXPECT_EQ(engformatvalue(2), "2.");
-    EXPECT_EQ(engformatvalue(470), "470.");
-    EXPECT_EQ(engformatvalue(50), "50.");
-    EXPECT_EQ(engformatvalue(0.5), "500.m");
-    EXPECT_EQ(engformatvalue(0.001), "1.m");
-    EXPECT_EQ(engformatvalue(2.2e-6), "2.2u");
-    EXPECT_EQ(engformatvalue(1e-6), "1.u");
-    EXPECT_EQ(engformatvalue(4.7e-9), ".0047u");
-    EXPECT_EQ(engformatvalue(1e-9), ".001u");
-    EXPECT_EQ(engformatvalue(47e-12), "47.p");
-    EXPECT_EQ(engformatvalue(1.5e-13), ".15p");
+    for (auto [v, want] : std::initializer_list<std::pair<double, const char*>>{
+         {0, "0"}, {1000, "1.K"}, {1500000, "1.5M"}, {62831853.08, "62.831853M"},
+         {4700, "4.7K"}, {2, "2."}, {470, "470."}, {50, "50."},
+         {0.5, "500.m"}, {0.001, "1.m"}, {2.2e-6, "2.2u"}, {1e-6, "1.u"},
+         {4.7e-9, ".0047u"}, {1e-9, ".001u"}, {47e-12, "47.p"}, {1.5e-13, ".15p"}}) EXPECT_EQ(engformatvalue(v), want) << v;
     setnano(true);
-    EXPECT_EQ(engformatvalue(4.7e-9), "4.7n");
-    EXPECT_EQ(engformatvalue(1e-9), "1.n");
-    EXPECT_EQ(engformatvalue(47e-12), "47.p");
-    EXPECT_EQ(engformatvalue(2.2e-6), "2.2u");
+    for (auto [v, want] : std::initializer_list<std::pair<double, const char*>>{
+         {4.7e-9, "4.7n"}, {1e-9, "1.n"}, {47e-12, "47.p"}, {2.2e-6, "2.2u"}}) EXPECT_EQ(engformatvalue(v), want) << v;
 }
 
 TEST(Notation, EngformatOfANegativeValueLeavesItPositive) {
@@ -52,27 +39,14 @@ TEST(Notation, EngformatOfANegativeValueLeavesItPositive) {
 }
 
 TEST(Notation, ParsevalueSuffixesAndCase) {
-    EXPECT_EQ(parsevalue("10K"), 10000);
-    EXPECT_EQ(parsevalue("10k"), 10); // case-sensitive: "k" is no suffix
-    EXPECT_DOUBLE_EQ(parsevalue("4.7u"), 4.7e-6);
-    EXPECT_EQ(parsevalue("4.7U"), 4.7);
-    EXPECT_EQ(parsevalue("10M"), 10000000);
-    EXPECT_DOUBLE_EQ(parsevalue("3m"), 0.003);
-    EXPECT_DOUBLE_EQ(parsevalue("22n"), 22e-9);
-    EXPECT_DOUBLE_EQ(parsevalue("100p"), 100e-12);
-    EXPECT_EQ(parsevalue("1e3"), 1000);
-    EXPECT_EQ(parsevalue("12%"), 12);
-    EXPECT_EQ(parsevalue(""), 0);
-    EXPECT_EQ(parsevalue("See Notes"), 0);
-    EXPECT_EQ(parsevalue("Lossless"), 0);
-    EXPECT_EQ(parsevalue("1 0 K"), 10000);  // blanks anywhere are ignored
-    EXPECT_DOUBLE_EQ(parsevalue("2.2 n"), 2.2e-9);
-    EXPECT_EQ(parsevalue("1e"), 1);
-    EXPECT_EQ(parsevalue("-5"), -5);
-    EXPECT_EQ(parsevalue("K"), 0);
-    // A text written by engformat reads back to its value.
-    EXPECT_DOUBLE_EQ(parsevalue(".0047u"), 4.7e-9);
-    EXPECT_DOUBLE_EQ(parsevalue("62.831853M"), 62831853);
+    // Suffixes are case-sensitive ("k" and "U" are none), blanks anywhere are ignored, and
+    // a text written by engformat reads back to its value.
+    for (auto [text, want] : std::initializer_list<std::pair<const char*, double>>{
+             {"10K", 10000}, {"10k", 10}, {"4.7u", 4.7e-6}, {"4.7U", 4.7}, {"10M", 10000000}, {"3m", 0.003},
+             {"22n", 22e-9}, {"100p", 100e-12}, {"1e3", 1000}, {"12%", 12}, {"", 0}, {"See Notes", 0},
+             {"Lossless", 0}, {"1 0 K", 10000}, {"2.2 n", 2.2e-9}, {"1e", 1}, {"-5", -5}, {"K", 0},
+             {".0047u", 4.7e-9}, {"62.831853M", 62831853}})
+        EXPECT_DOUBLE_EQ(parsevalue(text), want) << text;
 }
 
 TEST(Notation, NumtextPlainnumRoundvalue) {

@@ -59,16 +59,6 @@ TEST(Panel, SignedTextsPassAndRowEightEscapes) {
     EXPECT_EQ(panelvalue(0), -5);
 }
 
-TEST(Panel, RowsBelowAHiddenLabelAreNotExamined) {
-    test::Session s;
-    panelclear();
-    panelrow(0, "F1 =", "1");
-    panelrow(2, "F2 =", ""); // row 1 hidden: row 2 is never reached
-    s.run("> Getdata: accept\n");
-    EXPECT_TRUE(panelshow());
-    EXPECT_TRUE(s.runner.desk.messages.empty());
-}
-
 TEST(Panel, AstopAndOrderExcludeEachOther) {
     test::Session s;
     preparepanel();

@@ -122,15 +122,12 @@ TEST(PanelHints, RestoreDefaultsByCode) {
     EXPECT_EQ(restore({"FM =", "Time =", "A1 =", "A2 ="}), "100M|0u|-360|360");
     // Set as Defaults stores what the rows hold.
     panelclear();
-    panelrow(0, "Freq 1 =", "2M");
-    panelrow(1, "Freq 2 =", "30M");
-    panelrow(2, "db1 =", "5");
-    panelrow(3, "db2 =", "-90");
+    const char *labels[] = {"Freq 1 =", "Freq 2 =", "db1 =", "db2 ="}, *texts[] = {"2M", "30M", "5", "-90"};
+    for (int i = 0; i < 4; ++i) panelrow(i, labels[i], texts[i]);
     set_Click();
-    EXPECT_EQ(plotdefaults.defaultfreq1, 2e6);
-    EXPECT_EQ(plotdefaults.defaultfreq2, 30e6);
-    EXPECT_EQ(plotdefaults.defaultdb1, 5);
-    EXPECT_EQ(plotdefaults.defaultdb2, -90);
+    EXPECT_EQ(std::vector<double>({plotdefaults.defaultfreq1, plotdefaults.defaultfreq2, plotdefaults.defaultdb1,
+                                   plotdefaults.defaultdb2}),
+              std::vector<double>({2e6, 30e6, 5, -90}));
 }
 
 TEST(PanelHints, PicturePresses) {

@@ -2,6 +2,8 @@
 // place, the sticky transform entry, the Norton flags, and the entry-mode restrictions.
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 #include "core/desktop.h"
 #include "reference.h"
 #include "schematic/schematicview.h"
@@ -20,38 +22,28 @@ TEST(EditMenu, EntriesFollowTheTypeOfTheDipoleClicked) {
     DesignSlot& s = test::ladder({{1, 50}, {35, 0, 1e-9, 1e-6}, {3, 0, 1e-9}, {35, 0, 1e-9, 1e-6},
                                   {4, 0, 1e-9, 1e-6}, {33, 0, 1e-9}, {2, 0, 0, 1e-6}, {38}, {6}, {31, 50}});
     schematicbuild();
-    s.w1 = 1000;
-
-    click(3); // a series C between two shunt tanks
-    EXPECT_DOUBLE_EQ(schem.selecteddipole, 3);
+    // Dipole clicked, the cut-off of slot 0, and the entries on (+) and off (-) after it.
+    const struct {
+        int d;
+        double w1;
+        const char* entries;
+    } clicks[] = {
+        {3, 1000, "+splitC +split -auto -swap -ungroup"}, // a series C between two shunt tanks
+        {5, 1000, "-splitC -split +ungroup -group"},      // series LC
+        {8, 1000, "+swap +group +equamp"},                // the open shunt before the end
+        {9, 1000, "+equamp"},                             // the wire is the last series place
+        {9, 0, "-equamp"},                                // no cut-off of slot 0: no equalizing
+        {4, 1000, "+auto +ungroup -transform"},           // a tank in the middle
+    };
+    for (const auto& c : clicks) {
+        s.w1 = c.w1;
+        click(c.d);
+        EXPECT_DOUBLE_EQ(schem.selecteddipole, c.d);
+        std::istringstream in(c.entries);
+        for (std::string e; in >> e;) EXPECT_EQ(menuenabled(e.substr(1)), e[0] == '+') << c.d << " " << e;
+        if (c.d == 3) EXPECT_EQ(findmenu("fordipole")->caption, "For Dipole  3");
+    }
     EXPECT_TRUE(schem.dipoleselected);
-    EXPECT_TRUE(menuenabled("splitC"));
-    EXPECT_TRUE(menuenabled("split"));
-    EXPECT_FALSE(menuenabled("auto"));
-    EXPECT_FALSE(menuenabled("swap"));
-    EXPECT_FALSE(menuenabled("ungroup"));
-    EXPECT_EQ(findmenu("fordipole")->caption, "For Dipole  3");
-
-    click(5); // series LC
-    EXPECT_FALSE(menuenabled("splitC"));
-    EXPECT_FALSE(menuenabled("split"));
-    EXPECT_TRUE(menuenabled("ungroup"));
-    EXPECT_FALSE(menuenabled("group"));
-
-    click(8); // the open shunt before the end: swap, group and equalize
-    EXPECT_TRUE(menuenabled("swap"));
-    EXPECT_TRUE(menuenabled("group"));
-    EXPECT_TRUE(menuenabled("equamp"));
-    click(9); // the wire is the last series place
-    EXPECT_TRUE(menuenabled("equamp"));
-    s.w1 = 0; // no cut-off of slot 0: no equalizing
-    click(9);
-    EXPECT_FALSE(menuenabled("equamp"));
-
-    click(4); // a tank in the middle
-    EXPECT_TRUE(menuenabled("auto"));
-    EXPECT_TRUE(menuenabled("ungroup"));
-    EXPECT_FALSE(menuenabled("transform"));
 }
 
 TEST(EditMenu, TransformEntryKeepsItsStateAcrossTypesWithoutARuleOfTheirOwn) {

@@ -50,16 +50,15 @@ TEST(Frame, StartupWithHelpLineOnAndOff) {
     EXPECT_TRUE(frame.designsaved);
 
     // "1" is on; anything else ("yes", "0") is off.
-    d.settings["filter/options/helpl"] = "1";
-    d.settings["filter/options/nano"] = "1";
-    d.settings["filter/options/showparameters"] = "1";
-    d.settings["filter/options/partslist"] = "yes";
+    using Setting = std::pair<const char*, const char*>;
+    for (auto [key, value] : {Setting{"helpl", "1"}, Setting{"nano", "1"}, Setting{"showparameters", "1"},
+                              Setting{"partslist", "yes"}})
+        d.settings[std::string("filter/options/") + key] = value;
     restart(d);
-    EXPECT_TRUE(menuchecked("helpL"));
-    EXPECT_TRUE(menuchecked("nano"));
-    EXPECT_TRUE(menuchecked("sfp"));
-    EXPECT_FALSE(menuchecked("partslist"));
-    EXPECT_FALSE(menuchecked("showcoil"));
+    using Item = std::pair<const char*, bool>;
+    for (auto [item, on] : {Item{"helpL", true}, Item{"nano", true}, Item{"sfp", true}, Item{"partslist", false},
+                            Item{"showcoil", false}})
+        EXPECT_EQ(menuchecked(item), on) << item;
     EXPECT_TRUE(frame.helppanelshown);
     EXPECT_EQ(frame.helplabel[0], "Select a filter response.");
     EXPECT_EQ(frame.helplabel[3], "The default values will create a sample design");
@@ -74,9 +73,7 @@ TEST(Frame, OptionsToggleSaveAndSurviveRestart) {
     test::Session s;
     ScriptedDesktop& d = s.runner.desk;
     EXPECT_EQ(s.run("option nano on\noption sfp on\noption helpL on\noption partslist off\n"), 0);
-    EXPECT_EQ(d.settings["filter/options/nano"], "1");
-    EXPECT_EQ(d.settings["filter/options/showparameters"], "1");
-    EXPECT_EQ(d.settings["filter/options/helpl"], "1");
+    for (const char* key : {"nano", "showparameters", "helpl"}) EXPECT_EQ(d.settings[std::string("filter/options/") + key], "1");
     // Already off: no click, nothing saved.
     EXPECT_EQ(d.settings.count("filter/options/partslist"), 0u);
     EXPECT_TRUE(frame.helppanelshown);
@@ -88,9 +85,6 @@ TEST(Frame, OptionsToggleSaveAndSurviveRestart) {
     EXPECT_FALSE(menuchecked("nano"));
     EXPECT_TRUE(menuchecked("sfp"));
     EXPECT_TRUE(menuchecked("helpL"));
-    EXPECT_EQ(s.run("dump menus\n"), 0);
-    std::string out = s.take();
-    EXPECT_NE(out.find("sfp enabled=1 checked=1 caption=\"Show Filter Parameters\""), std::string::npos);
 
     // Help line off: the panel hides and help lines are no longer shown.
     EXPECT_EQ(s.run("option helpL off\n"), 0);

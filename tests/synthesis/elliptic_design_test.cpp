@@ -53,7 +53,6 @@ TEST(EllipticDesign, LowPassAndHighPassAnalysedByTheWalk) {
             const Cauer ref(n, 0.1, 1.5);
             const double f1 = 10e6, Astop = slot(0).Astop;
             EXPECT_EQ(slot(0).code, "ELP");
-            EXPECT_EQ(slot(0).title, "Elliptic Low-Pass");
             EXPECT_NEAR(peg(f1 * 1e-4), 0, 0.002);
             for (int i = 1; i <= (n - 1) / 2; ++i) {
                 EXPECT_NEAR(peg(f1 * ref.losszero(i)), 0, walktol);
@@ -72,7 +71,6 @@ TEST(EllipticDesign, LowPassAndHighPassAnalysedByTheWalk) {
         test::Session s;
         design(s, "selection(1)", "10M 15M .1 60 5 50 50");
         EXPECT_EQ(slot(0).code, "EHP");
-        EXPECT_EQ(slot(0).title, "Elliptic High-Pass");
         const Cauer ref(5, 0.1, 1.5);
         EXPECT_NEAR(peg(15e6), -0.1, walktol);
         EXPECT_NEAR(peg(15e6 / ref.losszero(1)), 0, walktol);
@@ -95,7 +93,6 @@ TEST(EllipticDesign, BandDesignsAndTheirSeriesParallelForms) {
         test::Session s;
         design(s, cf, "10M 1M 1.5 .1 60 5 50 50");
         EXPECT_EQ(slot(0).code, "EBP");
-        EXPECT_EQ(slot(0).title, "Elliptic Band-Pass");
         EXPECT_NEAR(peg(9.5e6), -0.1, walktol);
         EXPECT_NEAR(peg(10.5e6), -0.1, walktol);
         EXPECT_NEAR(peg(std::sqrt(9.5e6 * 10.5e6)), 0, walktol);
@@ -119,7 +116,6 @@ TEST(EllipticDesign, BandDesignsAndTheirSeriesParallelForms) {
         test::Session s;
         design(s, "selection(3)", "8M 9.5M 10.1M 12M .1 \"\" 5 50 50");
         EXPECT_EQ(slot(0).code, "EBR");
-        EXPECT_EQ(slot(0).title, "Elliptic Band-Reject");
         EXPECT_NEAR(peg(8e6), -0.1, walktol);
         EXPECT_NEAR(peg(12e6), -0.1, walktol);
         EXPECT_NEAR(peg(1e3), 0, 0.002);
@@ -128,27 +124,6 @@ TEST(EllipticDesign, BandDesignsAndTheirSeriesParallelForms) {
         for (int i = 0; i <= 2000; ++i) worst = std::max(worst, peg(9.5e6 + 0.6e6 * i / 2000.0));
         EXPECT_LT(worst, -(Astop - 0.02));
     }
-}
-
-TEST(EllipticDesign, EvenOrdersFollowTheTerminateWindow) {
-    // Order 6 low-pass, "Use Zin": Zout becomes Zin (1 - rho) / (1 + rho), the loss at
-    // DC is the ripple and the stop-band edge is moved up to where Astop is reached.
-    test::Session s;
-    design(s, "selection(0)", "10M 15M .1 60 6 50 50", "\"Use Zin\"");
-    const double rho = std::sqrt(1 - std::pow(10, -0.01));
-    EXPECT_NEAR(slot(0).Zout.value(), 50 * (1 - rho) / (1 + rho), 1e-9);
-    EXPECT_EQ(dipole(0, slot(0).count()).R, slot(0).Zout.value());
-    const double f2 = slot(0).w2 / twopi;
-    EXPECT_GT(f2, 15e6);
-    EXPECT_NEAR(peg(1e3), -0.1, 0.002);
-    EXPECT_NEAR(peg(10e6), -0.1, walktol);
-    double pass = 0;
-    for (int i = 0; i <= 2000; ++i) pass = std::min(pass, peg(10e6 * i / 2000.0 + 1));
-    EXPECT_GT(pass, -0.1 - walktol);
-    double worst = -1e9;
-    for (int i = 0; i <= 4000; ++i) worst = std::max(worst, peg(f2 * std::pow(100.0, i / 4000.0)));
-    EXPECT_NEAR(worst, -slot(0).Astop, 0.02);
-    // The other choices of the window are the prototype tests' (elliptic_proto_test).
 }
 
 TEST(EllipticDesign, RefusalsLeaveNoDesign) {

@@ -208,12 +208,7 @@ TEST(EllipticProto, OrderEstimateAndLimit) {
         EXPECT_EQ(elliptic.halforder, 3);
     }
     {
-        // Order 11 is designed; order 12 is refused with the four-line warning.
-        test::Session s;
-        ASSERT_TRUE(design(s, {.order = 11}));
-        EXPECT_TRUE(s.runner.desk.messages.empty());
-    }
-    {
+        // Order 12 is refused with the four-line warning (11 is designed above).
         test::Session s;
         EXPECT_FALSE(design(s, {.order = 12}));
         EXPECT_TRUE(store.cancelled);

@@ -15,6 +15,7 @@
 #include "core/designstore.h"
 #include "synthesis/tables.h"
 #include "synthesis/transforms.h"
+#include "files.h"
 #include "tests/testsupport.h"
 
 namespace zelk {
@@ -28,21 +29,9 @@ struct Record {
 
 // The file read independently of gettabledata: one record a line.
 std::vector<Record> readtable(const std::string& file) {
-    std::ifstream in(std::string(ZELK_SOURCE_DIR) + "/tables/" + file);
     std::vector<Record> out;
-    std::string line;
-    while (std::getline(in, line)) {
-        if (line.empty()) continue;
-        std::stringstream ss(line);
-        std::string item;
-        std::vector<double> v;
-        while (std::getline(ss, item, ',')) v.push_back(std::stod(item));
-        Record r;
-        r.n = static_cast<int>(v.at(0));
-        r.ratio = v.at(1);
-        r.g.assign(v.begin() + 2, v.end());
-        out.push_back(r);
-    }
+    for (const auto& v : test::tablelines(file))
+        out.push_back({static_cast<int>(v.at(0)), v.at(1), std::vector<double>(v.begin() + 2, v.end())});
     return out;
 }
 
