@@ -97,7 +97,9 @@ TEST(SpiceExport, TheDeckRunsAloneAndOddTypesAreRefused) {
     // The default span: a decade around the 1 MHz corner, at least 512 steps.
     EXPECT_NE(deck.find(".ac dec 512 316227.7"), std::string::npos) << deck;
     EXPECT_NE(deck.find(".end\n"), std::string::npos);
-    if (havengspice()) EXPECT_EQ(test::runngspice(file).size(), 513u);
+    if (havengspice()) {
+        EXPECT_EQ(test::runngspice(file).size(), 513u);
+    }
 
     // Types without a plain-part form, and places where a type means something else.
     struct Odd {

@@ -45,8 +45,11 @@ void expectsame(double F1, double F2, bool blockexpected) {
     sweepfrequencies(F1, F2, wA);
     for (Quantity q : forwardq) {
         ASSERT_TRUE(sweepvalues(q, 0, wA, fast));
-        if (blockexpected) EXPECT_EQ(sweepstats.blockpoints, SWEEPPOINTS) << static_cast<int>(q);
-        else EXPECT_EQ(sweepstats.onepoints, SWEEPPOINTS) << static_cast<int>(q);
+        if (blockexpected) {
+            EXPECT_EQ(sweepstats.blockpoints, SWEEPPOINTS) << static_cast<int>(q);
+        } else {
+            EXPECT_EQ(sweepstats.onepoints, SWEEPPOINTS) << static_cast<int>(q);
+        }
         ASSERT_TRUE(sweepvalues_onepoint(q, 0, wA, slow));
         for (int i = 0; i < SWEEPPOINTS; ++i)
             ASSERT_LE(rel(fast[i], slow[i]), 1e-12) << "quantity " << static_cast<int>(q) << " point " << i;

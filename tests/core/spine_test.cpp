@@ -111,10 +111,16 @@ TEST(Spine, LadderLossesOfBothFamilies) {
         const double flat = mismatchloss(c.zin, c.zout);
         for (auto [f, loss] : c.losses)
             EXPECT_NEAR(insertionloss(0, f ? twopi * f : d.w0.value()), flat + loss, loss > 20 ? 1e-3 : 1e-4) << f;
-        if (c.centre) EXPECT_NEAR(d.w0, twopi * c.centre, 1e-2);
-        if (c.edge1) EXPECT_NEAR(std::min(insertionloss(0, d.*c.edge1), insertionloss(0, d.*c.edge2)), d.Astop, 1e-3);
+        if (c.centre) {
+            EXPECT_NEAR(d.w0, twopi * c.centre, 1e-2);
+        }
+        if (c.edge1) {
+            EXPECT_NEAR(std::min(insertionloss(0, d.*c.edge1), insertionloss(0, d.*c.edge2)), d.Astop, 1e-3);
+        }
         EXPECT_TRUE(allfinite());
-        if (d.code == "CLP" && test::havengspice()) EXPECT_GT(test::crosscheck("designed-clp", 1e5, 1e7), 300);
+        if (d.code == "CLP" && test::havengspice()) {
+            EXPECT_GT(test::crosscheck("designed-clp", 1e5, 1e7), 300);
+        }
     }
 }
 
@@ -155,7 +161,9 @@ TEST(Spine, CancelPathsLeaveNoDesign) {
         EXPECT_EQ(s.run(std::string("> selfunction: \"Accept design\"\n") + script), 0) << script;
         EXPECT_EQ(store.lastslot, -1) << script;
         EXPECT_EQ(slot(0).dipolecount.value(), 0) << script;
-        if (box) EXPECT_EQ(s.runner.desk.messages.back().text, box);
+        if (box) {
+            EXPECT_EQ(s.runner.desk.messages.back().text, box);
+        }
     }
     // After all that a design still goes through.
     EXPECT_EQ(design(s, "butterworth", "\"Accept design\"", "10M 15M 3 \"\" 5 50 50"), 0);

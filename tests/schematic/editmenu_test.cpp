@@ -41,7 +41,9 @@ TEST(EditMenu, EntriesFollowTheTypeOfTheDipoleClicked) {
         EXPECT_DOUBLE_EQ(schem.selecteddipole, c.d);
         std::istringstream in(c.entries);
         for (std::string e; in >> e;) EXPECT_EQ(menuenabled(e.substr(1)), e[0] == '+') << c.d << " " << e;
-        if (c.d == 3) EXPECT_EQ(findmenu("fordipole")->caption, "For Dipole  3");
+        if (c.d == 3) {
+            EXPECT_EQ(findmenu("fordipole")->caption, "For Dipole  3");
+        }
     }
     EXPECT_TRUE(schem.dipoleselected);
 }

@@ -62,8 +62,12 @@ TEST(Pads, MinimumSearch) {
         test::Session s;
         ASSERT_EQ(s.run(padscript(c.command, c.terms, "accept")), 0);
         EXPECT_NEAR(pad.padattn, c.attn, 1e-6) << c.command << " " << c.terms;
-        if (std::string(c.command) == "attnt" && c.attn > 1) EXPECT_GT(slot(0).dip(3).R, 0);
-        if (std::string(c.terms) == "50 75" && c.attn < 1) EXPECT_LT(slot(0).dip(3).R, 0);
+        if (std::string(c.command) == "attnt" && c.attn > 1) {
+            EXPECT_GT(slot(0).dip(3).R, 0);
+        }
+        if (std::string(c.terms) == "50 75" && c.attn < 1) {
+            EXPECT_LT(slot(0).dip(3).R, 0);
+        }
     }
     // A positive value left in the tested dipole ends the search at once at 0 dB, and
     // the prompt then offers 10.

@@ -57,7 +57,9 @@ TEST(TableReading, RecordSelection) {
         gettabledata();
         EXPECT_EQ(tables.tabratio, c.ratio) << c.table << c.zin << c.zout;
         EXPECT_EQ(store.g[c.k], c.g);
-        if (c.order < 4) EXPECT_EQ(store.oddorder, c.order % 2 == 1);
+        if (c.order < 4) {
+            EXPECT_EQ(store.oddorder, c.order % 2 == 1);
+        }
         EXPECT_FALSE(tables.file1.is_open());
     }
     // getCRtabledata takes the first record of the order, whatever its ratio.

@@ -61,7 +61,9 @@ TEST(SchematicRealize, EveryRowOfTheLayoutTable) {
     for (const auto& r : rows) {
         SCOPED_TRACE(std::to_string(r.n) + " " + r.cf + " " + std::to_string(r.zout / r.zin));
         ladder(r.n, r.zin, r.zout, r.cf);
-        if (!r.types.empty()) EXPECT_EQ(types(), r.types);
+        if (!r.types.empty()) {
+            EXPECT_EQ(types(), r.types);
+        }
         for (auto [d, v] : r.parts) EXPECT_EQ(part(d), v) << d;
         EXPECT_EQ(slot(0).r0.value(), r.r0);
         EXPECT_EQ(slot(0).dip(1).R, r.zin);
