@@ -57,6 +57,7 @@ void sweep(benchmark::State& state, Quantity q, bool onepoint) {
         benchmark::DoNotOptimize(ok);
         benchmark::DoNotOptimize(v[SWEEPPOINTS - 1]);
     }
+    state.counters["blockpoints"] = onepoint ? 0 : sweepstats.blockpoints;
 }
 
 void BM_PEGSweep(benchmark::State& s) { sweep(s, Quantity::PEG, false); }
