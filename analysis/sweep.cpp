@@ -2,6 +2,7 @@
 
 #include <cfloat>
 #include <cmath>
+#include <cstring>
 
 #include "analysis/walkers.h"
 #include "core/designstore.h"
@@ -73,8 +74,9 @@ constexpr double LO = 1e-280, HI = 1e280;
 
 // How an arm's immittance is formed from its prepared coefficients.
 enum class Form : unsigned char {
-    Direct,  // Z and Y both linear in w and 1/w (R, C, empty place, open circuit)
-    ZThenY,  // Z linear, Y its inverse (L)
+    Direct,    // Z and Y constant (R, empty place, open circuit)
+    Capacitor, // Z = 1e-06 - j/(wC), Y = 1e-06 + jwC
+    ZThenY,    // Z = loss + jwL, Y its inverse (L)
     Tuned,   // the same with a reactance that cancels at resonance (series LC, series RLC)
     YThenZ,  // Y linear with the tank's resonance guard, Z its inverse (parallel LC)
     Crystal, // Z linear, then Y = 1/Z + jwCp, then Z = 1/Y (crystal, crystal with C across)
@@ -85,14 +87,12 @@ enum class Form : unsigned char {
 // part values done once ahead. Exact: the catalogue's own operations in its order,
 // Zr = zr0 + (w zrL)/zrQ, Zi = w ziw - (1/w)/zidiv, Yr = yr0 + ((1/w)/yrL)/yrQ,
 // Yi = w yiw - (1/w)/yidiv, or -1/Zi for the capacitor; an absent term divides by
-// infinity into 0. zimin: the least |Zi| whose inverse the catalogue forms.
+// infinity into 0.
 struct Coef {
     Form form;
     double zr0, zrL, zrQ, ziw, zidiv;
     double yr0, yrL, yrQ, yiw, yidiv;
     double zrw, ziiw, yriw, yiiw;
-    double zimin;
-    bool yinv; // Yi = -1/Zi (the capacitor)
 };
 
 struct Ladder {
@@ -108,7 +108,7 @@ bool finitevalue(double x) { return std::isfinite(x); }
 bool translate(int s, int d, Coef& c) {
     const Dipole& dp = dipole(s, d);
     constexpr double none = INFINITY;
-    c = Coef{Form::Direct, 0, 0, 1, 0, none, 0, none, 1, 0, none, 0, 0, 0, 0, 0, false};
+    c = Coef{Form::Direct, 0, 0, 1, 0, none, 0, none, 1, 0, none, 0, 0, 0, 0};
     const bool lossy = dp.Qu > 0;
     auto seriesloss = [&] { // wL/Qu, or the catalogue's 1e-06
         if (lossy) c.zrL = dp.L, c.zrQ = dp.Qu;
@@ -130,12 +130,11 @@ bool translate(int s, int d, Coef& c) {
     case 3:
     case 33:
         if (dp.C == 0) return false;
+        c.form = Form::Capacitor;
         c.zr0 = 1e-06;
         c.zidiv = dp.C;
         c.yr0 = 1e-06;
         c.yiw = dp.C;
-        c.yinv = true;
-        c.zimin = LO;
         break;
     case 4:
     case 34:
@@ -239,13 +238,22 @@ namespace isaavx512 {
 #pragma GCC pop_options
 #endif
 
-void rungains(Block& b, Quantity q) {
-    static const double ln10 = std::log(10.0);
+// The vector width in use: the widest the processor has, at most sweepvectorlevel.
+int vectorlevel() {
 #if defined(ZELK_MULTIWIDTH)
     static const int level = __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512dq") ? 2
                              : (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma")) ? 1
                                                                                                  : 0;
-    const int use = level < sweepvectorlevel ? level : sweepvectorlevel;
+    return level < sweepvectorlevel ? level : sweepvectorlevel;
+#else
+    return 0;
+#endif
+}
+
+void rungains(Block& b, Quantity q) {
+    static const double ln10 = std::log(10.0);
+#if defined(ZELK_MULTIWIDTH)
+    const int use = vectorlevel();
     if (use >= 2) return isaavx512::gaindecibels(b, q, ln10);
     if (use == 1) return isaavx2::gaindecibels(b, q, ln10);
 #endif
@@ -254,10 +262,7 @@ void rungains(Block& b, Quantity q) {
 
 void runblock(const Ladder& lad, Block& b, Walk k) {
 #if defined(ZELK_MULTIWIDTH)
-    static const int level = __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512dq") ? 2
-                             : (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma")) ? 1
-                                                                                                 : 0;
-    const int use = level < sweepvectorlevel ? level : sweepvectorlevel;
+    const int use = vectorlevel();
     if (use >= 2) return isaavx512::walkblock(lad, b, k);
     if (use == 1) return isaavx2::walkblock(lad, b, k);
 #endif
@@ -267,11 +272,12 @@ void runblock(const Ladder& lad, Block& b, Walk k) {
 // Loads points i0 .. i0+lanes-1 into the block (the rest repeat the last) and walks it.
 // True when every point stayed inside the checked ranges.
 bool walkpoints(const Ladder& lad, Block& b, Walk k, const double* w, int lanes) {
-    for (int j = 0; j < NV; ++j)
-        for (int l = 0; l < W; ++l) {
-            int i = j * W + l;
-            b.w[j][l] = w[i < lanes ? i : lanes - 1];
-        }
+    if (lanes == B) {
+        std::memcpy(b.w, w, sizeof b.w);
+    } else {
+        double* bw = reinterpret_cast<double*>(b.w);
+        for (int i = 0; i < B; ++i) bw[i] = w[i < lanes ? i : lanes - 1];
+    }
     for (int j = 0; j < NV; ++j) {
         b.iw[j] = 1.0 / b.w[j];
         b.ok[j] = (b.w[j] > 0) & belowhi(b.w[j]) & belowhi(b.iw[j]);
@@ -305,6 +311,16 @@ Ladder ladder; // the block walk's translation of the slot in hand
 Block block;
 
 } // namespace
+
+void rotationsums(const double* cr, const double* ci, int K, const double* zr, const double* zi, int n,
+                  double* out) {
+#if defined(ZELK_MULTIWIDTH)
+    const int use = vectorlevel();
+    if (use >= 2) return isaavx512::rotationsums(cr, ci, K, zr, zi, n, out);
+    if (use == 1) return isaavx2::rotationsums(cr, ci, K, zr, zi, n, out);
+#endif
+    isabase::rotationsums(cr, ci, K, zr, zi, n, out);
+}
 
 bool blockwalkable(Quantity, int s) { return buildladder(s, ladder); }
 

@@ -35,6 +35,11 @@ bool blockwalkable(Quantity q, int s);
 // is then set and the values from it on are not written), or n.
 int forwardwalkvalues(int s, const double* w, int n, double* vratio, double* vphase);
 
+// Re sum_{k=1..K} (cr[k] + j ci[k]) z_i^k at the n points z_i = zr[i] + j zi[i] of the
+// unit circle, by Horner's rule in the block walk's vectors (the time plots' sums).
+void rotationsums(const double* cr, const double* ci, int K, const double* zr, const double* zi, int n,
+                  double* out);
+
 // The widest vectors the block walk may use: 2 AVX-512, 1 AVX2, 0 SSE2 (tests lower it
 // to run every width the processor has).
 inline int sweepvectorlevel = 2;

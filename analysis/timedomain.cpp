@@ -101,16 +101,14 @@ bool harmonicsums(const Harmonics& h, double T, int np, double* out, int n) {
     const double w1 = h.hw[1];
     for (int k = 2; k <= HARMONICS; ++k)
         if (std::abs(h.hw[k] - k * w1) > 4e-16 * std::abs(h.hw[k])) return false;
-    constexpr int L = 8;
-    typedef double V __attribute__((vector_size(L * sizeof(double))));
     double cr[HARMONICS + 1], ci[HARMONICS + 1];
     for (int k = 1; k <= HARMONICS; ++k) {
         cr[k] = h.hamp[k] * std::cos(h.hph[k]);
         ci[k] = h.hamp[k] * std::sin(h.hph[k]);
     }
-    double hir[64], hii[64], lor[32], loi[32];
+    double hir[32], hii[32], lor[32], loi[32];
     const int nhi = (n + 31) / 32;
-    if (nhi > 64) return false;
+    if (nhi > 32) return false;
     for (int a = 0; a < nhi; ++a) {
         double th = w1 * (T * (32 * a) / np);
         hir[a] = std::cos(th), hii[a] = std::sin(th);
@@ -119,24 +117,13 @@ bool harmonicsums(const Harmonics& h, double T, int np, double* out, int n) {
         double th = w1 * (T * b / np);
         lor[b] = std::cos(th), loi[b] = std::sin(th);
     }
-    for (int i0 = 0; i0 < n; i0 += L) {
-        V zr, zi;
-        for (int l = 0; l < L; ++l) {
-            int i = i0 + l < n ? i0 + l : n - 1;
-            double ar = hir[i / 32], ai = hii[i / 32], br = lor[i % 32], bi = loi[i % 32];
-            zr[l] = ar * br - ai * bi;
-            zi[l] = ar * bi + ai * br;
-        }
-        V sr = V{} + cr[HARMONICS], si = V{} + ci[HARMONICS];
-        for (int k = HARMONICS - 1; k >= 1; --k) {
-            V tr = sr * zr - si * zi;
-            V ti = sr * zi + si * zr;
-            sr = tr + cr[k];
-            si = ti + ci[k];
-        }
-        V re = sr * zr - si * zi;
-        for (int l = 0; l < L && i0 + l < n; ++l) out[i0 + l] = re[l];
+    double zr[1024], zi[1024];
+    for (int i = 0; i < n; ++i) {
+        double ar = hir[i / 32], ai = hii[i / 32], br = lor[i % 32], bi = loi[i % 32];
+        zr[i] = ar * br - ai * bi;
+        zi[i] = ar * bi + ai * br;
     }
+    rotationsums(cr, ci, HARMONICS, zr, zi, n, out);
     return true;
 }
 
