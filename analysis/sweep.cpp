@@ -6,6 +6,7 @@
 
 #include "analysis/walkers.h"
 #include "core/designstore.h"
+#include "core/dipoles.h"
 #include "core/hostmath.h"
 
 // No fused multiply-add: a sum of squares rounds twice, as in the one-point walk, so that
@@ -324,6 +325,16 @@ void rotationsums(const double* cr, const double* ci, int K, const double* zr, c
 
 bool blockwalkable(Quantity, int s) { return buildladder(s, ladder); }
 
+// After a sweep whose last block went through the block walk: the dipole results in
+// the store and the running impedance as the one-point walk leaves them at the last
+// point (the catalogue's "results as they were" types read them in a later walk).
+void leavelikeonepoint(int s, const Block& b, int lastlane, double w, bool input) {
+    store.wA = w;
+    dipoleimmittance(input ? 2 : ladder.last, s);
+    walk.Rt = lane(b.Rt, lastlane);
+    walk.Xt = lane(b.Xt, lastlane);
+}
+
 bool sweepvalues(Quantity q, int s, const double* wA, double* out, int n) {
     sweepstats = SweepStats{};
     if (!buildladder(s, ladder)) {
@@ -337,6 +348,7 @@ bool sweepvalues(Quantity q, int s, const double* wA, double* out, int n) {
     Block& b = block;
     for (int i0 = 0; i0 < n; i0 += B) {
         const int lanes = n - i0 < B ? n - i0 : B;
+        const bool lastblock = i0 + lanes == n;
         if (!walkpoints(ladder, b, k, wA + i0, lanes)) {
             // A point of the block leaves the checked ranges: the one-point walk takes
             // the whole block, with the fault prompt where the dipole evaluation faults.
@@ -357,7 +369,7 @@ bool sweepvalues(Quantity q, int s, const double* wA, double* out, int n) {
             if (fine) {
                 for (int l = 0; l < lanes; ++l) out[i0 + l] = lane(b.out, l);
                 sweepstats.blockpoints += lanes;
-                store.wA = wA[i0 + lanes - 1];
+                if (lastblock) leavelikeonepoint(s, b, lanes - 1, wA[n - 1], false);
                 continue;
             }
         }
@@ -380,6 +392,7 @@ bool sweepvalues(Quantity q, int s, const double* wA, double* out, int n) {
             }
             ++sweepstats.blockpoints;
         }
+        if (lastblock) leavelikeonepoint(s, b, lanes - 1, wA[n - 1], k == Walk::Input);
     }
     return true;
 }
@@ -413,8 +426,8 @@ int forwardwalkvalues(int s, const double* w, int n, double* vratio, double* vph
             vratio[i0 + l] = std::sqrt(lane(b.V2, l));
             vphase[i0 + l] = lane(b.Pr, l);
         }
+        if (i0 + lanes == n) leavelikeonepoint(s, b, lanes - 1, w[n - 1], false);
     }
-    if (n > 0) store.wA = w[n - 1];
     return n;
 }
 

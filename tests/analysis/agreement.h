@@ -10,27 +10,28 @@ namespace zelk::test {
 
 // The difference of a fast value from the one-point walk's, relative to the value, and
 // at least to a floor where the value passes near 0 and both walks carry only their
-// roundings there: the unit for decibels and degrees (a pass band at 0 dB, a phase
-// crossing 0), the sweep's largest delay for the group delay (a delay is the difference
-// of two phases of up to tens of radians, so its rounding is that of the phases: in a
-// stop band, where the delay is a thousandth of the plot's scale, so is its agreement).
-inline double deviation(Quantity q, double fast, double ref, double sweepscale) {
+// roundings: the unit for decibels and degrees (a pass band at 0 dB, a phase crossing
+// 0). The group delay is the first difference of two phases of up to tens of radians:
+// it agrees as they do, so its floor is the difference those two phases' own agreement
+// allows over the step. w: the sweep frequencies, i the point; phase: the sweep's phase
+// in degrees (needed for the group delay only).
+inline double deviation(Quantity q, double fast, double ref, const double* w, int i,
+                        const double* phase = nullptr) {
     double scale = std::max(std::abs(fast), std::abs(ref));
     switch (q) {
     case Quantity::InputImpedance:
     case Quantity::OutputImpedance: break;
-    case Quantity::GroupDelay: scale = std::max(scale, sweepscale); break;
+    case Quantity::GroupDelay: {
+        const double step = i == 0 ? w[0] : w[i] - w[i - 1];
+        double degrees = 1;
+        if (phase) degrees = std::max({degrees, std::abs(phase[i]), i > 0 ? std::abs(phase[i - 1]) : 0.0});
+        scale = std::max(scale, degrees * (3.141592653589793 / 180) / std::abs(step));
+        break;
+    }
     default: scale = std::max(scale, 1.0);
     }
     if (scale == 0) return fast == ref ? 0 : INFINITY;
     return std::abs(fast - ref) / scale;
-}
-
-// The largest magnitude of a sweep's values: the scale of its delay plot.
-inline double sweepscale(const double* v, int n) {
-    double m = 0;
-    for (int i = 0; i < n; ++i) m = std::max(m, std::abs(v[i]));
-    return m;
 }
 
 } // namespace zelk::test
