@@ -49,13 +49,22 @@ namespace {
 // The block walk. 64 sweep points go through the ladder together, dipole by dipole: the
 // loop over the dipoles chooses the arm's form once, and the loop inside it runs over the
 // points in vectors of eight, with the dipole's coefficients prepared ahead, no call and
-// no branch. The walk is the one-point walk's, rearranged to divide less: one division
-// per section where the one-point walk takes seven divisions and three square roots.
-// The voltage ratio is carried squared; the phase is carried as the product of the arm
-// angles' unit vectors with a count of whole turns, and taken out by one arctangent at
-// the end. Every value that the one-point walk would see leave the finite numbers, or
-// divide by zero, is caught by range checks with a wide margin; a block where any point
-// fails them goes through the one-point walk, with its fault prompts, point by point.
+// no branch. Each plot computes only what its quantity needs: the gains the voltage
+// ratio and two magnitudes, the output impedance the running impedance, the phase and
+// the group delay the phase, the input impedance and the return loss the walk from the
+// load.
+//
+// The forward walk is the one-point walk rearranged to divide less: one division per
+// section where the one-point walk takes seven divisions and three square roots. The
+// voltage ratio is carried squared; the phase as the product of the arm angles' vectors
+// with a count of whole turns, taken out by one arctangent at the end. The walk from the
+// load does the catalogue's own operations in its order. Where a rounding decides a
+// branch of the catalogue (the tank's guard for exact resonance) or is all there is of
+// a value (the reactance of a tuned arm at resonance, over its 1e-06 ohm), those values
+// are formed as the catalogue forms them. Every value that the one-point walk would see
+// leave the finite numbers, or divide by zero, is caught by range checks with a wide
+// margin; a block where any point fails them goes through the one-point walk, with its
+// fault prompts, point by point.
 
 #if defined(__GNUC__) && !defined(__clang__)
 #pragma GCC diagnostic ignored "-Wpsabi"

@@ -93,10 +93,11 @@ namespace {
 // The sum of hamp[k] cos(hw[k] t + hph[k]), k = 1..100, at the n times t_i = T i / np,
 // when hw[k] is k hw[1] as the passes make it: the real part of the polynomial
 // sum c_k z^k in z = e^(j hw[1] t) with c_k = hamp[k] e^(j hph[k]), by Horner's rule
-// (a rotation and an addition per harmonic, eight times side by side). |z| = 1 keeps the
-// rule's rounding to a few units of the last place of the sum of |c_k|. The powers
+// (a rotation and an addition per harmonic, in the block walk's vectors). |z| = 1 keeps
+// the rule's rounding to a few units of the last place of the sum of |c_k|. The points
 // z_i come from two short tables of directly taken cosines and sines, z at 32 a + b
-// being the product of the entries at 32 a and at b.
+// being the product of the entries at 32 a and at b. False when the harmonics are not
+// evenly spaced (the direct sum is then taken).
 bool harmonicsums(const Harmonics& h, double T, int np, double* out, int n) {
     const double w1 = h.hw[1];
     for (int k = 2; k <= HARMONICS; ++k)
