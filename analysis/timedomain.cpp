@@ -52,7 +52,11 @@ bool harmonicpass(TimeKind kind, int s, double T, double D, double wT, Harmonics
         break;
     }
     }
-    const int n = HARMONICS + 1 - k0;
+    // A pulse of no width faults in harmonic 1's division by its angle, before the walks
+    // of the harmonics above it.
+    const bool pulse = kind == TimeKind::Pulse || kind == TimeKind::TonePulse;
+    const int top = pulse && 1 * PI * D == 0 ? 1 : HARMONICS;
+    const int n = top + 1 - k0;
     const int walked = k0 + forwardwalkvalues(s, w + k0, n, V + k0, ph + k0);
     for (int k = k0; k <= HARMONICS; ++k) {
         switch (kind) {
