@@ -226,7 +226,12 @@ struct Block {
 
 enum class Walk { Gain, Phase, GainPhase, Impedance, Input };
 
-ZELK_INLINE M belowhi(V x) { V a = x; for (int l = 0; l < W; ++l) a[l] = a[l] < 0 ? -a[l] : a[l]; return a <= HI; }
+// |x| <= HI, lane by lane (outside the kernels: the block's loading).
+ZELK_INLINE M belowhi(const V& x) {
+    V a = x;
+    for (int l = 0; l < W; ++l) a[l] = a[l] < 0 ? -a[l] : a[l];
+    return a <= HI;
+}
 
 // One kernel per instruction set, each compiled whole for its vectors.
 namespace isabase {
