@@ -67,7 +67,7 @@ runs=$(cputime "$work/runs.cir")
 spice_us=$(awk -v a="$runs" -v b="$base" -v n="$reps" 'BEGIN { printf "%.1f", (a - b) / n * 1e6 }')
 
 benchreps=${BENCHREPS:-5}
-"$build/bench/zelkbench" --benchmark_format=json \
+"$build/bench/zelkbench" --benchmark_format=json --benchmark_min_warmup_time=0.2 \
     --benchmark_repetitions="$benchreps" --benchmark_report_aggregates_only=true >"$work/bench.json" 2>/dev/null
 ours() { # median CPU time in microseconds of a benchmark (its only time for one repetition)
     local suffix=_median
