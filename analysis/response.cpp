@@ -59,29 +59,24 @@ double response(Quantity q, int s) {
 }
 
 double response(Quantity q, int s, GroupDelayState& gd) {
-    switch (q) {
-    case Quantity::InputImpedance:
+    if (q == Quantity::InputImpedance || q == Quantity::ReturnLoss || q == Quantity::ReturnLossOverlay) {
+        // The reference of the return loss is always slot 0's, also for a second filter.
         inputwalk(s);
         if (store.abortanalysis) return 0;
-        return std::sqrt(walk.Xt * walk.Xt + walk.Rt * walk.Rt);
-    case Quantity::ReturnLoss:
-    case Quantity::ReturnLossOverlay: {
-        // The reference is always slot 0's, also when a second filter is swept.
-        double R1 = q == Quantity::ReturnLoss ? dipole(0, 1).R : slot(0).Zin.value();
-        inputwalk(s);
-        if (store.abortanalysis) return 0;
-        double Rt = walk.Rt, Xt = walk.Xt;
-        if (q == Quantity::ReturnLoss && Rt == R1) return 120;
-        double B = std::sqrt((R1 - Rt) * (R1 - Rt) + (-Xt) * (-Xt));
-        double A = std::sqrt((R1 + Rt) * (R1 + Rt) + Xt * Xt);
-        return -dB20(hostdiv(A, B));
+        return responsefrominput(q, walk.Rt, walk.Xt);
     }
-    default: break;
-    }
-
     forwardwalk(s);
     if (store.abortanalysis) return 0;
     return responsefromwalk(q, gd);
+}
+
+double responsefrominput(Quantity q, double Rt, double Xt) {
+    if (q == Quantity::InputImpedance) return std::sqrt(Xt * Xt + Rt * Rt);
+    double R1 = q == Quantity::ReturnLoss ? dipole(0, 1).R : slot(0).Zin.value();
+    if (q == Quantity::ReturnLoss && Rt == R1) return 120;
+    double B = std::sqrt((R1 - Rt) * (R1 - Rt) + (-Xt) * (-Xt));
+    double A = std::sqrt((R1 + Rt) * (R1 + Rt) + Xt * Xt);
+    return -dB20(hostdiv(A, B));
 }
 
 double responsefromwalk(Quantity q, GroupDelayState& gd) {

@@ -40,6 +40,10 @@ double response(Quantity q, int s);
 // delay. The sweep's block walk fills the running values itself and then calls this.
 double responsefromwalk(Quantity q, GroupDelayState& gd);
 
+// The formula of an input-walk quantity (input impedance, return loss) applied to the
+// impedance Rt + jXt looking into dipole 2, impedance scale applied.
+double responsefrominput(Quantity q, double Rt, double Xt);
+
 // The name a plot shows for the quantity ("Power Effective Gain", ...).
 const char* responsename(Quantity q);
 

@@ -4,16 +4,13 @@
 #include <cmath>
 #include <cstring>
 
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
-
 #include "analysis/walkers.h"
 #include "core/designstore.h"
+#include "core/dipoles.h"
 #include "core/hostmath.h"
 
-// No fused multiply-add in this file: the AVX-512 entry would otherwise contract a*b + c
-// into one rounding where the one-point walk rounds twice.
+// No fused multiply-add: a sum of squares rounds twice, as in the one-point walk, so that
+// the resistive ladders' input walk gives its very numbers.
 #if defined(__GNUC__) && !defined(__clang__)
 #pragma GCC optimize("fp-contract=off")
 #elif defined(__clang__)
@@ -23,7 +20,17 @@
 namespace zelk {
 
 void sweepfrequencies(double F1, double F2, double* wA, int n) {
-    for (int i = 0; i < n; ++i) wA[i] = sweepfrequency(F1, F2, i, store.npoints);
+    // (F2/F1)^(i/np) as the product of its powers at 32 a and at b, i = 32 a + b: 48 calls
+    // of pow in place of 513, every 32nd point the formula's own.
+    const int np = store.npoints;
+    const double base = TWOPI * F1, r = F2 / F1;
+    double lo[32];
+    for (int b = 0; b < 32 && b < n; ++b) lo[b] = std::pow(r, static_cast<double>(b) / np);
+    for (int a = 0; 32 * a < n; ++a) {
+        const double hi = std::pow(r, static_cast<double>(32 * a) / np);
+        wA[32 * a] = base * hi;
+        for (int b = 1; b < 32 && 32 * a + b < n; ++b) wA[32 * a + b] = base * (hi * lo[b]);
+    }
 }
 
 bool sweepvalues_onepoint(Quantity q, int s, const double* wA, double* out, int n) {
@@ -39,109 +46,154 @@ bool sweepvalues_onepoint(Quantity q, int s, const double* wA, double* out, int 
 namespace {
 
 // ---------------------------------------------------------------------------------------
-// The block walk. W sweep points travel through the ladder side by side, one lane each;
-// every lane does exactly the operations of the one-point walk and of the dipole
-// evaluation, in the same order, so that its numbers are those of the one-point walk.
+// The block walk. 64 sweep points go through the ladder together, dipole by dipole: the
+// loop over the dipoles chooses the arm's form once, and the loop inside it runs over the
+// points in vectors of eight, with the dipole's coefficients prepared ahead, no call and
+// no branch. Each plot computes only what its quantity needs: the gains the voltage
+// ratio and two magnitudes, the output impedance the running impedance, the phase and
+// the group delay the phase, the input impedance and the return loss the walk from the
+// load.
+//
+// The forward walk is the one-point walk rearranged to divide less: one division per
+// section where the one-point walk takes seven divisions and three square roots. The
+// voltage ratio is carried squared; the phase as the product of the arm angles' vectors
+// with a count of whole turns, taken out by one arctangent at the end. The walk from the
+// load does the catalogue's own operations in its order. Where a rounding decides a
+// branch of the catalogue (the tank's guard for exact resonance) or is all there is of
+// a value (the reactance of a tuned arm at resonance, over its 1e-06 ohm), those values
+// are formed as the catalogue forms them. Every value that the one-point walk would see
+// leave the finite numbers, or divide by zero, is caught by range checks with a wide
+// margin; a block where any point fails them goes through the one-point walk, with its
+// fault prompts, point by point.
 
-// Eight lanes: four SSE2 registers per operation, or two AVX registers where the
-// processor has them. Each ladder step is a chain of dependent divisions and square
-// roots, so several registers side by side keep the divider busy. The lane vectors never
-// cross a call boundary: the kernel is inlined whole into one entry per instruction set.
 #if defined(__GNUC__) && !defined(__clang__)
 #pragma GCC diagnostic ignored "-Wpsabi"
 #endif
-constexpr int W = 8;
 #define ZELK_INLINE inline __attribute__((always_inline))
+
+constexpr int W = 8;       // lanes of a vector
+constexpr int NV = 8;      // vectors of a block
+constexpr int B = W * NV;  // points of a block
 typedef double V __attribute__((vector_size(W * sizeof(double))));
 typedef long long M __attribute__((vector_size(W * sizeof(double))));
 
-ZELK_INLINE V splat(double x) { return V{} + x; }
+// The margin: a block point keeps every magnitude the walk forms inside [LO, HI] (the
+// squared ones) or below HI, far from where a rounding of the one-point walk could
+// overflow or meet a zero.
+constexpr double LO = 1e-280, HI = 1e280;
 
-ZELK_INLINE V vsqrt(V x) {
-#if defined(__SSE2__)
-    V r;
-    double* pr = reinterpret_cast<double*>(&r);
-    const double* px = reinterpret_cast<const double*>(&x);
-    for (int k = 0; k < W; k += 2) _mm_storeu_pd(pr + k, _mm_sqrt_pd(_mm_loadu_pd(px + k)));
-    return r;
-#else
-    V r;
-    for (int k = 0; k < W; ++k) r[k] = std::sqrt(x[k]);
-    return r;
-#endif
-}
-
-// |x| <= DBL_MAX: false for infinities and NaN.
-ZELK_INLINE M finite(V x) {
-    V a = x < 0 ? -x : x;
-    return a <= DBL_MAX;
-}
-
-// The dipole kinds the block walk knows.
-enum class Arm : unsigned char {
-    Resistor,   // types 1, 31
-    Inductor,   // types 2, 32
-    Capacitor,  // types 3, 33
-    SeriesLC,   // types 4, 34
-    ParallelLC, // types 5, 35
-    Empty,      // type 6
-    Open,       // types 8, 38
+// How an arm's immittance is formed from its prepared coefficients.
+enum class Form : unsigned char {
+    Direct,    // Z and Y constant (R, empty place, open circuit)
+    Capacitor, // Z = 1e-06 - j/(wC), Y = 1e-06 + jwC
+    ZThenY,    // Z = loss + jwL, Y its inverse (L)
+    Tuned,   // the same with a reactance that cancels at resonance (series LC, series RLC)
+    YThenZ,  // Y linear with the tank's resonance guard, Z its inverse (parallel LC)
+    Crystal, // Z linear, then Y = 1/Z + jwCp, then Z = 1/Y (crystal, crystal with C across)
 };
 
-struct Step {
-    Arm kind;
-    bool lossy; // Qu > 0
-    double R, invR, L, C, Qu;
+// The arm's immittance from prepared coefficients, in two ways. Fast: Z = (zr0 + zrw w)
+// + j(ziw w - ziiw/w), Y = (yr0 + yriw/w) + j(yiw w - yiiw/w), the divisions by the
+// part values done once ahead. Exact: the catalogue's own operations in its order,
+// Zr = zr0 + (w zrL)/zrQ, Zi = w ziw - (1/w)/zidiv, Yr = yr0 + ((1/w)/yrL)/yrQ,
+// Yi = w yiw - (1/w)/yidiv, or -1/Zi for the capacitor; an absent term divides by
+// infinity into 0.
+struct Coef {
+    Form form;
+    double zr0, zrL, zrQ, ziw, zidiv;
+    double yr0, yrL, yrQ, yiw, yidiv;
+    double zrw, ziiw, yriw, yiiw;
 };
 
-// The ladder as the block walk sees it: dipoles 1 .. last, no allocation.
 struct Ladder {
-    Step step[MAXDIPOLE + 2];
-    int last = 0; // the last dipole walked (count, or count + 1 when count is odd)
+    Coef arm[MAXDIPOLE + 2];
+    int count = 0; // the slot's dipole count
+    int last = 0;  // the last dipole of the forward walk (count, or count + 1 when odd)
 };
 
 bool finitevalue(double x) { return std::isfinite(x); }
 
-// Translates dipole d of slot s; false for a type or values the block walk leaves to the
-// one-point walk (a zero divisor, a non-finite field, a type it does not know).
-bool translate(int s, int d, Step& st) {
+// The prepared coefficients of dipole d of slot s; false for a type or values the block
+// walk leaves to the one-point walk.
+bool translate(int s, int d, Coef& c) {
     const Dipole& dp = dipole(s, d);
-    st = Step{Arm::Empty, false, 0, 0, 0, 0, 0};
+    constexpr double none = INFINITY;
+    c = Coef{Form::Direct, 0, 0, 1, 0, none, 0, none, 1, 0, none, 0, 0, 0, 0};
+    const bool lossy = dp.Qu > 0;
+    auto seriesloss = [&] { // wL/Qu, or the catalogue's 1e-06
+        if (lossy) c.zrL = dp.L, c.zrQ = dp.Qu;
+        else c.zr0 = 1e-06;
+    };
     switch (dp.type) {
     case 1:
     case 31:
-        st.kind = Arm::Resistor;
-        st.R = dp.R;
-        if (dp.R == 0 || !finitevalue(dp.R)) return false;
-        st.invR = 1 / dp.R;
-        return finitevalue(st.invR);
+        if (dp.R == 0) return false;
+        c.zr0 = dp.R;
+        c.yr0 = 1 / dp.R;
+        break;
     case 2:
-    case 32: st.kind = Arm::Inductor; break;
+    case 32:
+        c.form = Form::ZThenY;
+        seriesloss();
+        c.ziw = dp.L;
+        break;
     case 3:
     case 33:
-        st.kind = Arm::Capacitor;
         if (dp.C == 0) return false;
+        c.form = Form::Capacitor;
+        c.zr0 = 1e-06;
+        c.zidiv = dp.C;
+        c.yr0 = 1e-06;
+        c.yiw = dp.C;
         break;
     case 4:
     case 34:
-        st.kind = Arm::SeriesLC;
         if (dp.C == 0) return false;
+        c.form = Form::Tuned;
+        seriesloss();
+        c.ziw = dp.L;
+        c.zidiv = dp.C;
+        break;
+    case 28: // series RLC
+        if (dp.C == 0) return false;
+        c.form = Form::Tuned;
+        c.zr0 = dp.R;
+        if (lossy) c.zrL = dp.L, c.zrQ = dp.Qu;
+        c.ziw = dp.L;
+        c.zidiv = dp.C;
         break;
     case 5:
     case 35:
-        st.kind = Arm::ParallelLC;
         if (dp.L == 0) return false;
+        c.form = Form::YThenZ;
+        if (lossy) c.yrL = dp.L, c.yrQ = dp.Qu;
+        else c.yr0 = 1e-06;
+        c.yiw = dp.C;
+        c.yidiv = dp.L;
         break;
-    case 6: st.kind = Arm::Empty; return true;
+    case 6: break;
     case 8:
-    case 38: st.kind = Arm::Open; return true;
+    case 38: c.zr0 = 1000000000000.0; break;
+    case 7:
+    case 37:
+    case 15:
+    case 45:
+        if (dp.Cs == 0) return false;
+        c.form = Form::Crystal;
+        c.zr0 = dp.Rs == 0 ? 1e-06 : dp.Rs;
+        c.ziw = dp.Ls;
+        c.zidiv = dp.Cs;
+        c.yiw = dp.type == 7 || dp.type == 37 ? dp.Cp : dp.C + dp.Cp;
+        break;
     default: return false;
     }
-    st.L = dp.L;
-    st.C = dp.C;
-    st.Qu = dp.Qu;
-    st.lossy = dp.Qu > 0;
-    return finitevalue(dp.L) && finitevalue(dp.C) && finitevalue(dp.Qu);
+    c.zrw = c.zrL / c.zrQ;
+    c.ziiw = 1 / c.zidiv;
+    c.yriw = 1 / (c.yrL * c.yrQ);
+    c.yiiw = 1 / c.yidiv;
+    for (double v : {c.zr0, c.zrw, c.ziw, c.ziiw, c.yr0, c.yriw, c.yiw, c.yiiw})
+        if (!finitevalue(v) || std::abs(v) > HI) return false;
+    return true;
 }
 
 bool buildladder(int s, Ladder& lad) {
@@ -149,243 +201,248 @@ bool buildladder(int s, Ladder& lad) {
     double count = sl.dipolecount.value();
     if (!(count >= 2 && count <= MAXDIPOLE) || count != Int(count)) return false;
     int n = static_cast<int>(count);
+    lad.count = n;
     lad.last = n % 2 ? n + 1 : n;
     if (lad.last > MAXDIPOLE) return false;
     for (int d = 1; d <= lad.last; ++d)
-        if (!translate(s, d, lad.step[d])) return false;
+        if (!translate(s, d, lad.arm[d])) return false;
     return true;
 }
 
-// The immittance of one dipole in W lanes. iw is 1/wA. With needy false (a series arm)
-// Yr, Yi are not formed where the walk does not use them; ok then records whether they
-// would have been finite, as the dipole evaluation's fault check demands.
-struct Imm {
-    V Zr, Zi, Yr, Yi;
+// The points of one block and the walk's running values at each.
+struct Block {
+    V w[NV], iw[NV];
+    V Rt[NV], Xt[NV]; // running impedance
+    V den[NV];        // |Rt + jXt|^2 after the series arm
+    V V2[NV];         // voltage ratio squared
+    V Pr[NV], Pi[NV]; // product of the arm angles' vectors, scaled to [1, 2)
+    V turns[NV];      // whole turns the product has made
+    V Z1[NV], Zo[NV], ZL[NV]; // |Z|^2 after dipole 1, after the last series arm; last shunt arm
+    V Gt[NV], Bt[NV]; // running admittance (backward walk)
+    M ok[NV];
+    V out[NV];  // a gain plot's decibels
+    M fine[NV]; // and the lanes clear of the formula's faults
 };
 
-template <bool needy>
-ZELK_INLINE void evaluate(const Step& st, V w, V iw, Imm& r, M& ok) {
-    const V tiny = splat(1e-06);
-    switch (st.kind) {
-    case Arm::Resistor:
-        r.Zr = splat(st.R);
-        r.Zi = V{};
-        r.Yr = splat(st.invR);
-        r.Yi = V{};
-        return;
-    case Arm::Inductor: {
-        V wl = w * st.L;
-        r.Zr = st.lossy ? wl / st.Qu : tiny;
-        r.Zi = wl;
-        V den = r.Zr * r.Zr + r.Zi * r.Zi;
-        ok &= den <= DBL_MAX;
-        if (needy) {
-            r.Yr = r.Zr / den;
-            r.Yi = -r.Zi / den;
-        } else {
-            ok &= den >= DBL_MIN;
-        }
-        return;
-    }
-    case Arm::Capacitor:
-        r.Zr = tiny;
-        r.Zi = (-iw) / st.C;
-        r.Yr = tiny;
-        if (needy) r.Yi = -1.0 / r.Zi;
-        else ok &= r.Zi != 0;
-        return;
-    case Arm::SeriesLC: {
-        V wl = w * st.L;
-        r.Zr = st.lossy ? wl / st.Qu : tiny;
-        r.Zi = wl - iw / st.C;
-        V den = r.Zr * r.Zr + r.Zi * r.Zi;
-        ok &= den <= DBL_MAX;
-        if (needy) {
-            r.Yr = r.Zr / den;
-            r.Yi = -r.Zi / den;
-        } else {
-            ok &= den >= DBL_MIN;
-        }
-        return;
-    }
-    case Arm::ParallelLC: {
-        V il = iw / st.L;
-        r.Yr = st.lossy ? il / st.Qu : tiny;
-        V yi = w * st.C - il;
-        r.Yi = yi == 0 ? splat(1e-18) : yi;
-        V den = r.Yr * r.Yr + r.Yi * r.Yi;
-        ok &= den <= DBL_MAX;
-        r.Zr = r.Yr / den;
-        r.Zi = -r.Yi / den;
-        return;
-    }
-    case Arm::Empty:
-        r.Zr = r.Zi = r.Yr = r.Yi = V{};
-        return;
-    case Arm::Open:
-        r.Zr = splat(1000000000000.0);
-        r.Zi = r.Yr = r.Yi = V{};
-        return;
-    }
+enum class Walk { Gain, Phase, GainPhase, Impedance, Input };
+
+// |x| <= HI, lane by lane (outside the kernels: the block's loading).
+ZELK_INLINE M belowhi(const V& x) {
+    V a = x;
+    for (int l = 0; l < W; ++l) a[l] = a[l] < 0 ? -a[l] : a[l];
+    return a <= HI;
 }
 
-// The principal arctangent of y/x, or pi/2 with the sign of y when x is exactly 0.
-ZELK_INLINE double armangle(double y, double x) {
-    if (x == 0) return (PI / 2) * Sgn(y);
-    return std::atan(y / x);
+// One kernel per instruction set, each compiled whole for its vectors.
+namespace isabase {
+#include "analysis/blockwalk.inc"
 }
-
-struct LaneResult {
-    V Vratio, Vphase, Zmag, Zmag1, Zdmag;
-    M ok;
-};
-
-// One forward walk of W points.
-template <bool phase>
-ZELK_INLINE void forwardblock(const Ladder& lad, const double* wlanes, LaneResult& res) {
-    V w;
-    std::memcpy(&w, wlanes, sizeof w);
-    M ok = finite(w) & (w > 0);
-    V iw = 1.0 / w;
-    V Rt{}, Xt{}, Gt{}, Bt{}, Zmag{}, Zmag1{}, Zdmag{}, Vphase{};
-    V Vratio = splat(1);
-    Imm a{};
-    for (int d = 1; d <= lad.last; d += 2) {
-        // Series arm.
-        evaluate<false>(lad.step[d], w, iw, a, ok);
-        Rt = Rt + a.Zr;
-        Xt = Xt + a.Zi;
-        V den = Xt * Xt + Rt * Rt;
-        Gt = Rt / den;
-        Bt = -Xt / den;
-        ok &= finite(Rt + Xt + Gt + Bt + den + a.Zr + a.Zi);
-        if (d == 1 || d + 1 >= lad.last) {
-            Zmag = vsqrt(den);
-            if (d == 1) Zmag1 = Zmag;
-        }
-        // Shunt arm: the divider step.
-        evaluate<true>(lad.step[d + 1], w, iw, a, ok);
-        if (phase) {
-            for (int k = 0; k < W; ++k) {
-                double a1 = armangle(a.Zi[k], a.Zr[k]);
-                double a2 = armangle(a.Zi[k] + Xt[k], a.Zr[k] + Rt[k]);
-                Vphase[k] = Vphase[k] + a1 - a2;
-            }
-        }
-        Zdmag = vsqrt(a.Zi * a.Zi + a.Zr * a.Zr);
-        V Rsum = a.Zr + Rt;
-        V Xsum = a.Zi + Xt;
-        V Zsummag = vsqrt(Xsum * Xsum + Rsum * Rsum);
-        Vratio = Zdmag * Vratio / Zsummag;
-        Gt = a.Yr + Gt;
-        Bt = a.Yi + Bt;
-        den = Bt * Bt + Gt * Gt;
-        Rt = Gt / den;
-        Xt = -Bt / den;
-        Vratio = Vratio < 1e-12 ? splat(1e-12) : Vratio;
-        ok &= finite(a.Zr + a.Zi + a.Yr + a.Yi + Rsum + Xsum + Zsummag + Zdmag + Vratio + Rt +
-                     Xt + Gt + Bt + Vphase);
-    }
-    res.Vratio = Vratio;
-    res.Vphase = Vphase;
-    res.Zmag = Zmag;
-    res.Zmag1 = Zmag1;
-    res.Zdmag = Zdmag;
-    res.ok = ok;
+#if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__)
+#define ZELK_MULTIWIDTH 1
+#pragma GCC push_options
+#pragma GCC target("avx2,fma")
+namespace isaavx2 {
+#include "analysis/blockwalk.inc"
 }
-
-// The entries, one per instruction set; the same operations in the same order, so the
-// same numbers.
-void forwardblock_base(const Ladder& lad, const double* w, LaneResult& res, bool phase) {
-    if (phase) forwardblock<true>(lad, w, res);
-    else forwardblock<false>(lad, w, res);
+#pragma GCC pop_options
+#pragma GCC push_options
+#pragma GCC target("avx512f,avx512dq,avx512vl,avx2,fma")
+namespace isaavx512 {
+#include "analysis/blockwalk.inc"
 }
-
-#if defined(__x86_64__) && defined(__GNUC__)
-__attribute__((target("avx"))) void forwardblock_avx(const Ladder& lad, const double* w,
-                                                       LaneResult& res, bool phase) {
-    if (phase) forwardblock<true>(lad, w, res);
-    else forwardblock<false>(lad, w, res);
-}
-__attribute__((target("avx512f"))) void forwardblock_avx512(const Ladder& lad, const double* w,
-                                                             LaneResult& res, bool phase) {
-    if (phase) forwardblock<true>(lad, w, res);
-    else forwardblock<false>(lad, w, res);
-}
-bool hasavx() {
-    static const bool yes = __builtin_cpu_supports("avx");
-    return yes;
-}
-bool hasavx512() {
-    static const bool yes = __builtin_cpu_supports("avx512f");
-    return yes;
-}
+#pragma GCC pop_options
 #endif
 
-void runblock(const Ladder& lad, const double* w, LaneResult& res, bool phase) {
-#if defined(__x86_64__) && defined(__GNUC__)
-    if (hasavx512()) return forwardblock_avx512(lad, w, res, phase);
-    if (hasavx()) return forwardblock_avx(lad, w, res, phase);
+// The vector width in use: the widest the processor has, at most sweepvectorlevel.
+int vectorlevel() {
+#if defined(ZELK_MULTIWIDTH)
+    static const int level = __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512dq") ? 2
+                             : (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma")) ? 1
+                                                                                                 : 0;
+    return level < sweepvectorlevel ? level : sweepvectorlevel;
+#else
+    return 0;
 #endif
-    forwardblock_base(lad, w, res, phase);
 }
 
-bool forwardquantity(Quantity q) {
+void rungains(Block& b, Quantity q) {
+    static const double ln10 = std::log(10.0);
+#if defined(ZELK_MULTIWIDTH)
+    const int use = vectorlevel();
+    if (use >= 2) return isaavx512::gaindecibels(b, q, ln10);
+    if (use == 1) return isaavx2::gaindecibels(b, q, ln10);
+#endif
+    isabase::gaindecibels(b, q, ln10);
+}
+
+void runblock(const Ladder& lad, Block& b, Walk k) {
+#if defined(ZELK_MULTIWIDTH)
+    const int use = vectorlevel();
+    if (use >= 2) return isaavx512::walkblock(lad, b, k);
+    if (use == 1) return isaavx2::walkblock(lad, b, k);
+#endif
+    isabase::walkblock(lad, b, k);
+}
+
+// Loads points i0 .. i0+lanes-1 into the block (the rest repeat the last) and walks it.
+// True when every point stayed inside the checked ranges.
+bool walkpoints(const Ladder& lad, Block& b, Walk k, const double* w, int lanes) {
+    if (lanes == B) {
+        std::memcpy(b.w, w, sizeof b.w);
+    } else {
+        double* bw = reinterpret_cast<double*>(b.w);
+        for (int i = 0; i < B; ++i) bw[i] = w[i < lanes ? i : lanes - 1];
+    }
+    for (int j = 0; j < NV; ++j) {
+        b.iw[j] = 1.0 / b.w[j];
+        b.ok[j] = (b.w[j] > 0) & belowhi(b.w[j]) & belowhi(b.iw[j]);
+    }
+    runblock(lad, b, k);
+    M all = b.ok[0];
+    for (int j = 1; j < NV; ++j) all &= b.ok[j];
+    for (int l = 0; l < W; ++l)
+        if (!all[l]) return false;
+    return true;
+}
+
+ZELK_INLINE double lane(const V* v, int i) { return v[i / W][i % W]; }
+
+Walk walkfor(Quantity q) {
     switch (q) {
     case Quantity::PEG:
     case Quantity::PIG:
     case Quantity::VEG:
     case Quantity::VIG:
     case Quantity::CEG:
-    case Quantity::CIG:
-    case Quantity::OutputImpedance:
+    case Quantity::CIG: return Walk::Gain;
+    case Quantity::OutputImpedance: return Walk::Impedance;
     case Quantity::Phase:
-    case Quantity::GroupDelay: return true;
-    default: return false;
+    case Quantity::GroupDelay: return Walk::Phase;
+    default: return Walk::Input;
     }
 }
 
 Ladder ladder; // the block walk's translation of the slot in hand
+Block block;
 
 } // namespace
 
-bool blockwalkable(Quantity q, int s) { return forwardquantity(q) && buildladder(s, ladder); }
+void rotationsums(const double* cr, const double* ci, int K, const double* zr, const double* zi, int n,
+                  double* out) {
+#if defined(ZELK_MULTIWIDTH)
+    const int use = vectorlevel();
+    if (use >= 2) return isaavx512::rotationsums(cr, ci, K, zr, zi, n, out);
+    if (use == 1) return isaavx2::rotationsums(cr, ci, K, zr, zi, n, out);
+#endif
+    isabase::rotationsums(cr, ci, K, zr, zi, n, out);
+}
+
+bool blockwalkable(Quantity, int s) { return buildladder(s, ladder); }
+
+// After a sweep whose last block went through the block walk: the dipole results in
+// the store and the running impedance as the one-point walk leaves them at the last
+// point (the catalogue's "results as they were" types read them in a later walk).
+void leavelikeonepoint(int s, const Block& b, int lastlane, double w, bool input) {
+    store.wA = w;
+    dipoleimmittance(input ? 2 : ladder.last, s);
+    walk.Rt = lane(b.Rt, lastlane);
+    walk.Xt = lane(b.Xt, lastlane);
+}
 
 bool sweepvalues(Quantity q, int s, const double* wA, double* out, int n) {
     sweepstats = SweepStats{};
-    if (!forwardquantity(q) || !buildladder(s, ladder)) {
+    if (!buildladder(s, ladder)) {
         sweepstats.onepoints = n;
         return sweepvalues_onepoint(q, s, wA, out, n);
     }
-    const bool phase = q == Quantity::Phase || q == Quantity::GroupDelay;
+    const Walk k = walkfor(q);
+    // Every dipole of the block walk's types sets the impedance scale to 1.
+    store.zscale = 1.0;
     GroupDelayState gd;
-    LaneResult res;
-    for (int i0 = 0; i0 < n; i0 += W) {
-        double w[W];
-        int lanes = n - i0 < W ? n - i0 : W;
-        for (int k = 0; k < W; ++k) w[k] = wA[i0 + (k < lanes ? k : lanes - 1)];
-        runblock(ladder, w, res, phase);
-        for (int k = 0; k < lanes; ++k) {
-            int i = i0 + k;
-            store.wA = wA[i];
-            if (res.ok[k]) {
-                walk.Vratio = res.Vratio[k];
-                walk.Vphase = res.Vphase[k];
-                walk.Zmag = res.Zmag[k];
-                walk.Zmag1 = res.Zmag1[k];
-                walk.Zdmag = res.Zdmag[k];
-                out[i] = responsefromwalk(q, gd);
-                ++sweepstats.blockpoints;
-            } else {
-                // Outside the finite numbers: the one-point walk gives the point, and its
-                // fault prompt where the dipole evaluation faults.
+    Block& b = block;
+    for (int i0 = 0; i0 < n; i0 += B) {
+        const int lanes = n - i0 < B ? n - i0 : B;
+        const bool lastblock = i0 + lanes == n;
+        if (!walkpoints(ladder, b, k, wA + i0, lanes)) {
+            // A point of the block leaves the checked ranges: the one-point walk takes
+            // the whole block, with the fault prompt where the dipole evaluation faults.
+            for (int i = i0; i < i0 + lanes; ++i) {
+                store.wA = wA[i];
                 out[i] = response(q, s, gd);
                 ++sweepstats.onepoints;
                 if (store.abortanalysis) return false;
             }
+            continue;
         }
+        WalkValues& wv = walk;
+        if (k == Walk::Gain) {
+            // The decibels of the whole block at once when no point's formula faults.
+            rungains(b, q);
+            bool fine = true;
+            for (int l = 0; l < lanes; ++l) fine &= b.fine[l / W][l % W] != 0;
+            if (fine) {
+                for (int l = 0; l < lanes; ++l) out[i0 + l] = lane(b.out, l);
+                sweepstats.blockpoints += lanes;
+                if (lastblock) leavelikeonepoint(s, b, lanes - 1, wA[n - 1], false);
+                continue;
+            }
+        }
+        for (int l = 0; l < lanes; ++l) {
+            const int i = i0 + l;
+            store.wA = wA[i];
+            if (k == Walk::Input) {
+                out[i] = responsefrominput(q, lane(b.Rt, l), lane(b.Xt, l));
+            } else {
+                if (k == Walk::Gain) {
+                    wv.Vratio = std::sqrt(lane(b.V2, l));
+                    wv.Zmag1 = std::sqrt(lane(b.Z1, l));
+                    wv.Zdmag = std::sqrt(lane(b.ZL, l));
+                } else if (k == Walk::Impedance) {
+                    wv.Zmag = std::sqrt(lane(b.Zo, l));
+                } else {
+                    wv.Vphase = lane(b.Pr, l);
+                }
+                out[i] = responsefromwalk(q, gd);
+            }
+            ++sweepstats.blockpoints;
+        }
+        if (lastblock) leavelikeonepoint(s, b, lanes - 1, wA[n - 1], k == Walk::Input);
     }
     return true;
+}
+
+int forwardwalkvalues(int s, const double* w, int n, double* vratio, double* vphase) {
+    if (!buildladder(s, ladder)) {
+        for (int i = 0; i < n; ++i) {
+            store.wA = w[i];
+            forwardwalk(s);
+            if (store.abortanalysis) return i;
+            vratio[i] = walk.Vratio;
+            vphase[i] = walk.Vphase;
+        }
+        return n;
+    }
+    store.zscale = 1.0;
+    Block& b = block;
+    for (int i0 = 0; i0 < n; i0 += B) {
+        const int lanes = n - i0 < B ? n - i0 : B;
+        if (!walkpoints(ladder, b, Walk::GainPhase, w + i0, lanes)) {
+            for (int i = i0; i < i0 + lanes; ++i) {
+                store.wA = w[i];
+                forwardwalk(s);
+                if (store.abortanalysis) return i;
+                vratio[i] = walk.Vratio;
+                vphase[i] = walk.Vphase;
+            }
+            continue;
+        }
+        for (int l = 0; l < lanes; ++l) {
+            vratio[i0 + l] = std::sqrt(lane(b.V2, l));
+            vphase[i0 + l] = lane(b.Pr, l);
+        }
+        if (i0 + lanes == n) leavelikeonepoint(s, b, lanes - 1, w[n - 1], false);
+    }
+    return n;
 }
 
 } // namespace zelk

@@ -12,7 +12,8 @@ namespace zelk {
 
 inline constexpr int SWEEPPOINTS = 513; // npoints + 1
 
-// The sweep frequencies in rad/s: wA[i] = (6.283185308*F1) * ((F2/F1) ^ (i/512)).
+// The sweep frequencies in rad/s: wA[i] = (6.283185308*F1) * ((F2/F1) ^ (i/512)), within
+// a few units in the last place (sweepfrequency gives the formula's own rounding).
 void sweepfrequencies(double F1, double F2, double* wA, int n = SWEEPPOINTS);
 
 // The values of q for slot s at the n frequencies wA[0..n), in sweep order (the group
@@ -25,8 +26,23 @@ bool sweepvalues(Quantity q, int s, const double* wA, double* out, int n = SWEEP
 bool sweepvalues_onepoint(Quantity q, int s, const double* wA, double* out, int n = SWEEPPOINTS);
 
 // True when the block walk can take slot s for quantity q (its dipole types and values
-// are those it knows, and q is a forward-walk quantity).
+// are those it knows).
 bool blockwalkable(Quantity q, int s);
+
+// The forward walk's voltage ratio and phase at the n frequencies w[0..n) (rad/s, any
+// order), the block walk where it can, as the time plots' harmonic passes need. Returns
+// the index of the point whose walk was aborted from a fault prompt (store.abortanalysis
+// is then set and the values from it on are not written), or n.
+int forwardwalkvalues(int s, const double* w, int n, double* vratio, double* vphase);
+
+// Re sum_{k=1..K} (cr[k] + j ci[k]) z_i^k at the n points z_i = zr[i] + j zi[i] of the
+// unit circle, by Horner's rule in the block walk's vectors (the time plots' sums).
+void rotationsums(const double* cr, const double* ci, int K, const double* zr, const double* zi, int n,
+                  double* out);
+
+// The widest vectors the block walk may use: 2 AVX-512, 1 AVX2, 0 SSE2 (tests lower it
+// to run every width the processor has).
+inline int sweepvectorlevel = 2;
 
 // Counts of points by path in the last sweepvalues call (for tests and the benchmark).
 struct SweepStats {

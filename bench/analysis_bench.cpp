@@ -1,6 +1,7 @@
-// Timings of one 513-point sweep of a 32-dipole ladder (power effective gain through the
-// block walk and through the one-point walk, group delay), one time-domain pass, and a
-// full redraw of the gain plot onto a recording surface.
+// Timings of one 513-point sweep of a 32-dipole ladder for every kind of frequency plot
+// (through the block walk, and the gain and the group delay through the one-point walk
+// too), one time-domain pass and its two halves, and a full redraw of the gain plot onto
+// a recording surface.
 #include <benchmark/benchmark.h>
 
 #include <cmath>
@@ -57,12 +58,18 @@ void sweep(benchmark::State& state, Quantity q, bool onepoint) {
         benchmark::DoNotOptimize(ok);
         benchmark::DoNotOptimize(v[SWEEPPOINTS - 1]);
     }
+    state.counters["blockpoints"] = onepoint ? 0 : sweepstats.blockpoints;
 }
 
 void BM_PEGSweep(benchmark::State& s) { sweep(s, Quantity::PEG, false); }
 void BM_PEGSweepOnePoint(benchmark::State& s) { sweep(s, Quantity::PEG, true); }
 void BM_GroupDelaySweep(benchmark::State& s) { sweep(s, Quantity::GroupDelay, false); }
 void BM_GroupDelaySweepOnePoint(benchmark::State& s) { sweep(s, Quantity::GroupDelay, true); }
+void BM_PhaseSweep(benchmark::State& s) { sweep(s, Quantity::Phase, false); }
+void BM_OutputImpedanceSweep(benchmark::State& s) { sweep(s, Quantity::OutputImpedance, false); }
+void BM_InputImpedanceSweep(benchmark::State& s) { sweep(s, Quantity::InputImpedance, false); }
+void BM_ReturnLossSweep(benchmark::State& s) { sweep(s, Quantity::ReturnLoss, false); }
+void BM_VoltageInsertionGainSweep(benchmark::State& s) { sweep(s, Quantity::VIG, false); }
 
 void BM_StepResponsePass(benchmark::State& state) {
     program();
@@ -70,6 +77,28 @@ void BM_StepResponsePass(benchmark::State& state) {
     double v[SWEEPPOINTS];
     for (auto _ : state) {
         harmonicpass(TimeKind::Step, 0, 10e-6, 0, 0, h);
+        timevalues(TimeKind::Step, h, 10e-6, v);
+        benchmark::DoNotOptimize(v[SWEEPPOINTS - 1]);
+    }
+}
+
+// The step response's two halves: the 100 harmonic walks, and the 513 sums of 100
+// cosines with the running sum.
+void BM_StepHarmonicWalks(benchmark::State& state) {
+    program();
+    Harmonics h;
+    for (auto _ : state) {
+        harmonicpass(TimeKind::Step, 0, 10e-6, 0, 0, h);
+        benchmark::DoNotOptimize(h.hph[HARMONICS]);
+    }
+}
+
+void BM_StepCosineSums(benchmark::State& state) {
+    program();
+    Harmonics h;
+    harmonicpass(TimeKind::Step, 0, 10e-6, 0, 0, h);
+    double v[SWEEPPOINTS];
+    for (auto _ : state) {
         timevalues(TimeKind::Step, h, 10e-6, v);
         benchmark::DoNotOptimize(v[SWEEPPOINTS - 1]);
     }
@@ -96,7 +125,14 @@ BENCHMARK(BM_PEGSweep)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_PEGSweepOnePoint)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_GroupDelaySweep)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_GroupDelaySweepOnePoint)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_PhaseSweep)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_OutputImpedanceSweep)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_InputImpedanceSweep)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_ReturnLossSweep)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_VoltageInsertionGainSweep)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_StepResponsePass)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_StepHarmonicWalks)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_StepCosineSums)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_PEGPlotRedraw)->Unit(benchmark::kMicrosecond);
 
 } // namespace

@@ -1,10 +1,12 @@
 #!/usr/bin/env bash
-# Times one 513-point power-gain sweep of a 32-dipole ladder (source resistor, 30th-order
-# Butterworth low-pass at 1 MHz, load) in zelkbench, and the AC analysis of the same
-# ladder at the same 513 frequencies (100 kHz to 10 MHz, 256 per decade) in ngspice,
-# side by side, in CPU time.
+# Times every plot's 513-point sweep of a 32-dipole ladder (source resistor, 30th-order
+# Butterworth low-pass at 1 MHz, load), the step response pass and the gain plot's
+# redraw in zelkbench, and the AC analysis of the same ladder at the same 513
+# frequencies (100 kHz to 10 MHz, 256 per decade) in ngspice, in the same run, in CPU
+# time: each figure with its ratio to ngspice and to the power gain sweep.
 #
 #   bench/ngspice_compare.sh [BUILD_DIR]     (default: build-bench beside the sources)
+#   REPS=400 (ngspice analyses), BENCHREPS=5 (benchmark repetitions, medians taken)
 #
 # Needs ngspice (apt-get install -y ngspice) and Google Benchmark.
 set -euo pipefail
@@ -64,17 +66,39 @@ base=$(cputime "$work/base.cir")
 runs=$(cputime "$work/runs.cir")
 spice_us=$(awk -v a="$runs" -v b="$base" -v n="$reps" 'BEGIN { printf "%.1f", (a - b) / n * 1e6 }')
 
-"$build/bench/zelkbench" --benchmark_filter='BM_PEGSweep' --benchmark_format=json \
-    --benchmark_repetitions=5 --benchmark_report_aggregates_only=true >"$work/bench.json" 2>/dev/null
-ours() { # median CPU time in microseconds of a benchmark
-    awk -v name="\"$1_median\"" '
+benchreps=${BENCHREPS:-5}
+"$build/bench/zelkbench" --benchmark_format=json --benchmark_min_warmup_time=0.2 \
+    --benchmark_repetitions="$benchreps" --benchmark_report_aggregates_only=true >"$work/bench.json" 2>/dev/null
+ours() { # median CPU time in microseconds of a benchmark (its only time for one repetition)
+    local suffix=_median
+    [ "$benchreps" -gt 1 ] || suffix=
+    awk -v name="\"$1$suffix\"" '
         $1 == "\"name\":" && $2 == name "," { found = 1 }
         found && $1 == "\"cpu_time\":" { sub(",", "", $2); print $2; exit }' "$work/bench.json"
 }
-block=$(ours BM_PEGSweep)
-one=$(ours BM_PEGSweepOnePoint)
+gain=$(ours BM_PEGSweep)
 
-echo "513-point sweep of the 32-dipole ladder, CPU time per sweep:"
-echo "  ngspice AC analysis          ${spice_us} us   (mean of $reps runs)"
-printf "  block walk (PEG)             %.1f us   ratio %.1fx\n" "$block" "$(awk -v a="$spice_us" -v b="$block" 'BEGIN { print a / b }')"
-printf "  one-point walk (PEG)         %.1f us   ratio %.1fx\n" "$one" "$(awk -v a="$spice_us" -v b="$one" 'BEGIN { print a / b }')"
+echo "513-point sweeps of the 32-dipole ladder, CPU time per operation"
+echo "(zelkbench: median of $benchreps repetitions; ngspice: mean of $reps AC analyses, start-up taken off)"
+printf "  %-52s %9s us\n" "ngspice AC analysis, 513 points" "$spice_us"
+printf "  %-52s %9s   %12s %12s\n" "operation" "CPU time" "ngspice/this" "this/PEG"
+row() { # benchmark, label
+    local t
+    t=$(ours "$1")
+    [ -n "$t" ] || return 0
+    awk -v l="$2" -v t="$t" -v s="$spice_us" -v g="$gain" \
+        'BEGIN { printf "  %-52s %9.1f us %11.1fx %11.2fx\n", l, t, s / t, t / g }'
+}
+row BM_PEGSweep "Power effective gain sweep, block walk"
+row BM_PEGSweepOnePoint "Power effective gain sweep, one-point walk"
+row BM_VoltageInsertionGainSweep "Voltage insertion gain sweep, block walk"
+row BM_OutputImpedanceSweep "Output impedance sweep, block walk"
+row BM_InputImpedanceSweep "Input impedance sweep, block walk"
+row BM_ReturnLossSweep "Return loss sweep, block walk"
+row BM_PhaseSweep "Phase sweep, block walk"
+row BM_GroupDelaySweep "Group delay sweep, block walk"
+row BM_GroupDelaySweepOnePoint "Group delay sweep, one-point walk"
+row BM_StepResponsePass "Step response pass (100 walks, 513 sums)"
+row BM_StepHarmonicWalks "  its 100 harmonic walks"
+row BM_StepCosineSums "  its 513 sums of 100 cosines (recurrence)"
+row BM_PEGPlotRedraw "Full redraw of the gain plot (sweep included)"
