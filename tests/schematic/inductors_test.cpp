@@ -8,7 +8,7 @@
 
 #include "core/hostmath.h"
 #include "schematic/inductors.h"
-#include "schematic/ladder.h"
+#include "reference.h"
 #include "schematic/report.h"
 
 namespace zelk {
