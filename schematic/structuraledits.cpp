@@ -241,6 +241,8 @@ void replace_Click() {
 
 void replacedipole(int type) {
     const int d = selected();
+    // The palette of the other arm is hidden; a type of the wrong arm is never written.
+    if ((type < 30) != (d % 2 == 1)) return;
     undopush();
     slot(store.curslot).dip(d).type = static_cast<short>(type);
     dipoleprompt(d, type);
