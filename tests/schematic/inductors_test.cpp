@@ -9,6 +9,8 @@
 #include "core/hostmath.h"
 #include "schematic/inductors.h"
 #include "reference.h"
+#include "schematic/schematicview.h"
+#include "testsupport.h"
 #include "schematic/report.h"
 
 namespace zelk {

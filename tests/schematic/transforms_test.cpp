@@ -12,6 +12,8 @@
 #include "core/dipoles.h"
 #include "schematic/dipoletransforms.h"
 #include "reference.h"
+#include "schematic/schematicview.h"
+#include "testsupport.h"
 #include "schematic/undo.h"
 
 namespace zelk {

@@ -11,6 +11,8 @@
 #include "core/notation.h"
 #include "schematic/dipoletransforms.h"
 #include "reference.h"
+#include "schematic/schematicview.h"
+#include "testsupport.h"
 #include "schematic/undo.h"
 
 namespace zelk {
