@@ -8,7 +8,10 @@
 
 #include "core/hostmath.h"
 #include "schematic/inductors.h"
-#include "schematic/ladder.h"
+#include "core/commands.h"
+#include "reference.h"
+#include "schematic/schematicview.h"
+#include "testsupport.h"
 #include "schematic/report.h"
 
 namespace zelk {
