@@ -21,7 +21,9 @@
 #include "design/terminate.h"
 #include "entry/designtitle.h"
 #include "entry/panel.h"
+#include "schematic/autotransformer.h"
 #include "schematic/inductors.h"
+#include "schematic/norton.h"
 #include "schematic/report.h"
 #include "schematic/dipoletransforms.h"
 #include "schematic/schematicview.h"
@@ -107,6 +109,8 @@ const std::vector<Command>& commands() {
         {"undo", undo_Click, Plain},
         {"tzfm", editentry<tzfm_Click>, Edit},
         {"transform", editentry<transform_Click>, Edit},
+        {"norton", editentry<norton_Click>, Edit},
+        {"auto", editentry<auto_Click>, Edit},
         // ANALYZE
         {"PEG", PEG_Click, Plain},
         {"PIG", PIG_Click, Plain},
@@ -209,6 +213,7 @@ void resetall() {
     report = ReportState{};
     inductorswindow.reset();
     resetschematic();
+    norton = NortonWork{};
     resetplots();
     trouble.reset();
     buildmenus();
