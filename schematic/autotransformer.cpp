@@ -20,7 +20,8 @@ namespace zelk {
 
 namespace {
 
-const char* const inductancetext = "The new inductance must be greater than the current inductance.";
+const char* const inductancetext =
+    "The new inductance must be greater than the current inductance.";
 const char* const capcurrenttext = "The new capacitance must be less than the current capacitance.";
 const char* const capdefaulttext = "The new capacitance must be less than the default capacitance.";
 const char* const greatertext = "The new impedance must be greater than the default impedance.";
@@ -47,8 +48,9 @@ void seriestank(int d) {
     double L = dp.L, C = dp.C;
     panelrow(0, "New L >", L > 0 ? engformat(L) : "");
     panelrow(1, "New C <", C > 0 ? engformat(C) : "");
-    p.setnote("This configuration allows a larger inductor and smaller capacitor. Enter a new value "
-              "of L > the default.");
+    p.setnote(
+        "This configuration allows a larger inductor and smaller capacitor. Enter a new value "
+        "of L > the default.");
     if (!panelshow()) return;
     const double newL = panelvalue(0), newC = panelvalue(1);
     const double curL = shown(dp.L), curC = shown(dp.C);
@@ -246,10 +248,18 @@ void auto_Click() {
     const int t = slot(0).dip(d).type;
     panelclear();
     switch (t) {
-    case 5: seriestank(d); break;
-    case 32: shuntinductor(d); break;
-    case 35: shunttank(d); break;
-    default: notransform(d); break;
+    case 5:
+        seriestank(d);
+        break;
+    case 32:
+        shuntinductor(d);
+        break;
+    case 35:
+        shunttank(d);
+        break;
+    default:
+        notransform(d);
+        break;
     }
 }
 

@@ -9,8 +9,8 @@
 #include <cmath>
 
 #include "core/designstore.h"
-#include "core/dipoles.h"
 #include "core/desktop.h"
+#include "core/dipoles.h"
 #include "core/framestate.h"
 #include "core/hostmath.h"
 #include "core/notation.h"
@@ -68,12 +68,24 @@ void defaults(int d, int t, bool up) {
     // Pictures: series L 39/40, C 35/36, tank 43/44; shunt L 41/42, C 37/38, LC 45/46.
     int key = 0;
     switch (t) {
-    case 2: key = 39; break;
-    case 3: key = 35; break;
-    case 5: key = 43; break;
-    case 32: key = 41; break;
-    case 33: key = 37; break;
-    case 34: key = 45; break;
+    case 2:
+        key = 39;
+        break;
+    case 3:
+        key = 35;
+        break;
+    case 5:
+        key = 43;
+        break;
+    case 32:
+        key = 41;
+        break;
+    case 33:
+        key = 37;
+        break;
+    case 34:
+        key = 45;
+        break;
     }
     if (up) {
         norton.Nup = N;
@@ -143,19 +155,27 @@ void applyN(int d, int t, bool up, double N) {
     const short blank = static_cast<short>(s.blank);
     if (s.base == 2) {
         if (s.series) {
-            if (M.L + Ly < -1e-13) M.L = par(M.L, Ly);
-            else M.L = 0, M.type = blank;
+            if (M.L + Ly < -1e-13)
+                M.L = par(M.L, Ly);
+            else
+                M.L = 0, M.type = blank;
         } else {
-            if (M.L + Ly > 1e-13) M.L = hfinite(M.L + Ly);
-            else M.L = 0, M.type = blank;
+            if (M.L + Ly > 1e-13)
+                M.L = hfinite(M.L + Ly);
+            else
+                M.L = 0, M.type = blank;
         }
     } else if (s.base == 3) {
         if (s.series) {
-            if (M.C + Cy > 1e-13) M.C = hfinite(M.C + Cy);
-            else M.C = 0, M.type = blank;
+            if (M.C + Cy > 1e-13)
+                M.C = hfinite(M.C + Cy);
+            else
+                M.C = 0, M.type = blank;
         } else {
-            if (M.C + Cy > -1e-13) M.C = 0, M.type = blank;
-            else M.C = par(M.C, Cy);
+            if (M.C + Cy > -1e-13)
+                M.C = 0, M.type = blank;
+            else
+                M.C = par(M.C, Cy);
         }
     } else {
         const bool goneL = std::fabs(M.L + Ly) < 1e-10;
@@ -182,8 +202,12 @@ void applyN(int d, int t, bool up, double N) {
 
 } // namespace
 
-void nonortonUP() { MsgBox("N must be less than the default, try again", vbOKOnly, "Norton ERROR"); }
-void nonortonDWN() { MsgBox("N must be less than the default, try again", vbOKOnly, "Norton ERROR"); }
+void nonortonUP() {
+    MsgBox("N must be less than the default, try again", vbOKOnly, "Norton ERROR");
+}
+void nonortonDWN() {
+    MsgBox("N must be less than the default, try again", vbOKOnly, "Norton ERROR");
+}
 
 void transformN(int first) {
     DesignSlot& s0 = slot(0);
@@ -260,8 +284,10 @@ void norton_Click() {
     // The step-down of a series capacitor and of a shunt L-C compare without the margin.
     const bool nomargin = !up && (t == 3 || t == 34);
     if (nomargin ? norton.N > limit : norton.N > limit + 1e-13) {
-        if (up) nonortonUP();
-        else nonortonDWN();
+        if (up)
+            nonortonUP();
+        else
+            nonortonDWN();
         undopop();
         return;
     }

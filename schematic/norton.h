@@ -9,9 +9,9 @@
 namespace zelk {
 
 struct NortonWork {
-    bool stepup = false;      // the case now chosen: impedances to the right go up
+    bool stepup = false;       // the case now chosen: impedances to the right go up
     double Nup = 1, Ndown = 1; // the defaults of the two cases
-    double N = 1;             // the turns ratio entered
+    double N = 1;              // the turns ratio entered
     // The element each default eliminates, "L 3", "C 5".
     std::string eliminatesup, eliminatesdown;
     // The panel pictures of the two cases (odd: step-up, the next even: step-down).

@@ -108,20 +108,22 @@ TEST_P(NortonDefault, KeepsTheGainAndRemovesTheNamedElement) {
 
 // Series places between shunt places and the other way round, with the defaults worked
 // by hand: 2 L 1u between 32 L 2u | 3u: up 4/3 (L 4), down 3/2 (L 2).
-const std::vector<Part> seriesL = {{1, 50},      {32, 0, 0, 2e-6}, {2, 0, 0, 1e-6}, {32, 0, 0, 3e-6},
-                                   {3, 0, 1e-9}, {33, 0, 2e-9},    {6},             {31, 50}};
-const std::vector<Part> seriesLopen = {{1, 50},      {38},          {2, 0, 0, 1e-6}, {32, 0, 0, 3e-6},
-                                       {3, 0, 1e-9}, {33, 0, 2e-9}, {6},             {31, 50}};
+const std::vector<Part> seriesL = {
+    {1, 50}, {32, 0, 0, 2e-6}, {2, 0, 0, 1e-6}, {32, 0, 0, 3e-6}, {3, 0, 1e-9}, {33, 0, 2e-9},
+    {6},     {31, 50}};
+const std::vector<Part> seriesLopen = {
+    {1, 50}, {38}, {2, 0, 0, 1e-6}, {32, 0, 0, 3e-6}, {3, 0, 1e-9}, {33, 0, 2e-9}, {6}, {31, 50}};
 const std::vector<Part> seriesC = {{1, 50},         {33, 0, 2e-9},    {3, 0, 1e-9}, {33, 0, 3e-9},
                                    {2, 0, 0, 1e-6}, {32, 0, 0, 2e-6}, {6},          {31, 50}};
 // Tank 5 between tanks: up L 1.625 beats C 7; down L 1.5 beats C 5.
 const std::vector<Part> seriesTank = {
     {1, 50}, {35, 0, 2e-9, 1e-6}, {5, 0, 0.5e-9, 0.5e-6}, {35, 0, 3e-9, 0.8e-6}, {6}, {31, 50}};
 // (A tank of large L at the end: a bare capacitor's fixed loss would not scale.)
-const std::vector<Part> shuntL = {{1, 50},         {38},                {2, 0, 0, 2e-6}, {32, 0, 0, 1e-6},
-                                  {2, 0, 0, 3e-6}, {35, 0, 1e-9, 1e-5}, {6},             {31, 50}};
-const std::vector<Part> shuntC = {{1, 50},      {38},             {3, 0, 2e-9}, {33, 0, 1e-9},
-                                  {3, 0, 3e-9}, {32, 0, 0, 1e-6}, {6},          {31, 50}};
+const std::vector<Part> shuntL = {
+    {1, 50}, {38},    {2, 0, 0, 2e-6}, {32, 0, 0, 1e-6}, {2, 0, 0, 3e-6}, {35, 0, 1e-9, 1e-5},
+    {6},     {31, 50}};
+const std::vector<Part> shuntC = {{1, 50},          {38}, {3, 0, 2e-9}, {33, 0, 1e-9}, {3, 0, 3e-9},
+                                  {32, 0, 0, 1e-6}, {6},  {31, 50}};
 // Series L-C in a shunt arm between series L-C arms: up L 3 beats C 5; down C 3/2 beats
 // L 4.
 const std::vector<Part> shuntLC = {
@@ -132,8 +134,10 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(
         NortonCase{"SeriesLUp", seriesL, 3, "> Getdata: accept", 4, 38, 2, 32, -1},
         NortonCase{"SeriesLDown", seriesL, 3, "> Getdata: selectT accept", 2, 38, 4, 32, -1},
-        NortonCase{"SeriesLUpCreatesTheFarInductor", seriesLopen, 3, "> Getdata: accept", 4, 38, 2, 32, 0},
-        NortonCase{"SeriesLBelowDefaultRemovesNothing", seriesL, 3, "> Getdata: 1.2", 4, 32, 2, 32, 0},
+        NortonCase{"SeriesLUpCreatesTheFarInductor", seriesLopen, 3, "> Getdata: accept", 4, 38, 2,
+                   32, 0},
+        NortonCase{"SeriesLBelowDefaultRemovesNothing", seriesL, 3, "> Getdata: 1.2", 4, 32, 2, 32,
+                   0},
         NortonCase{"SeriesCUp", seriesC, 3, "> Getdata: accept", 4, 38, 2, 33, -1},
         NortonCase{"SeriesCDown", seriesC, 3, "> Getdata: selectT accept", 2, 38, 4, 33, -1},
         NortonCase{"SeriesTankUp", seriesTank, 3, "> Getdata: accept", 4, 33, 2, 35, -1},
@@ -184,7 +188,8 @@ TEST_P(NortonRefusal, LeavesTheDesignAndTheStack) {
     }
     if (r.message) {
         ASSERT_EQ(session.runner.desk.messages.size(), 1u);
-        EXPECT_EQ(session.runner.desk.messages[0].text, "N must be less than the default, try again");
+        EXPECT_EQ(session.runner.desk.messages[0].text,
+                  "N must be less than the default, try again");
         EXPECT_EQ(session.runner.desk.messages[0].title, "Norton ERROR");
     } else {
         EXPECT_TRUE(session.runner.desk.messages.empty());
@@ -193,7 +198,9 @@ TEST_P(NortonRefusal, LeavesTheDesignAndTheStack) {
 
 INSTANTIATE_TEST_SUITE_P(Answers, NortonRefusal,
                          ::testing::Values(Refusal{"AboveDefault", "> Getdata: 4.0001", true},
-                                           Refusal{"StepDownAboveDefault", "> Getdata: selectT getvalue(0)=3.5 accept", true},
+                                           Refusal{"StepDownAboveDefault",
+                                                   "> Getdata: selectT getvalue(0)=3.5 accept",
+                                                   true},
                                            Refusal{"One", "> Getdata: 1", false},
                                            Refusal{"Zero", "> Getdata: 0", false},
                                            Refusal{"Text", "> Getdata: K2", false},
@@ -248,10 +255,10 @@ struct AutoCase {
     std::vector<Part> parts;
     int d;
     const char* answer;
-    int type;      // of the tapped dipole afterwards
-    double K;      // tap ratio held
-    double L, C;   // of the tapped dipole afterwards
-    double scale;  // factor on the impedances after it (the load)
+    int type;     // of the tapped dipole afterwards
+    double K;     // tap ratio held
+    double L, C;  // of the tapped dipole afterwards
+    double scale; // factor on the impedances after it (the load)
 };
 
 class AutoTap : public ::testing::TestWithParam<AutoCase> {};
@@ -277,43 +284,57 @@ TEST_P(AutoTap, TapsAndKeepsTheGain) {
 
 // A series tank L 1u C 1n between shunt capacitors; a shunt tank L 1u C 1n and a shunt
 // inductor 1u after a series capacitor. Load 50 ohms, r0 50.
-const std::vector<Part> stank = {{1, 50}, {33, 0, 2e-9}, {5, 0, 1e-9, 1e-6}, {33, 0, 2e-9}, {6}, {31, 50}};
+const std::vector<Part> stank = {{1, 50},       {33, 0, 2e-9}, {5, 0, 1e-9, 1e-6},
+                                 {33, 0, 2e-9}, {6},           {31, 50}};
 // Inductors and tanks after the tap, which are scaled with it.
-const std::vector<Part> ptank = {{1, 50},         {38},             {3, 0, 1e-9}, {35, 0, 1e-9, 1e-6},
-                                 {2, 0, 0, 2e-6}, {32, 0, 0, 1e-6}, {6},          {31, 50}};
-const std::vector<Part> pind = {{1, 50},         {38},                {3, 0, 1e-9}, {32, 0, 0, 1e-6},
-                                {2, 0, 0, 2e-6}, {35, 0, 1e-9, 1e-6}, {6},          {31, 50}};
+const std::vector<Part> ptank = {
+    {1, 50},          {38}, {3, 0, 1e-9}, {35, 0, 1e-9, 1e-6}, {2, 0, 0, 2e-6},
+    {32, 0, 0, 1e-6}, {6},  {31, 50}};
+const std::vector<Part> pind = {
+    {1, 50}, {38},    {3, 0, 1e-9}, {32, 0, 0, 1e-6}, {2, 0, 0, 2e-6}, {35, 0, 1e-9, 1e-6},
+    {6},     {31, 50}};
 const double h = std::sqrt(0.5);
 
 INSTANTIATE_TEST_SUITE_P(
     Cases, AutoTap,
     ::testing::Values(
         // Series tank: L raised to 2u, the same C asked for: K^2 = 1/2, C on the tap halved.
-        AutoCase{"SeriesTankL", stank, 3, "> Getdata: 2u 1n", 11, h, 2e-6, 1e-9 * h * h, 1},
+        AutoCase{"SeriesTankL", stank, 3, "> Getdata: 2u 1n", 11, h, 2e-6, 1e-9 * h* h, 1},
         // Only C lowered: L follows as L/K^2.
         AutoCase{"SeriesTankC", stank, 3, "> Getdata: 1u 0.5n", 11, h, 1e-6 / h / h, 0.5e-9, 1},
-        AutoCase{"SeriesTankCaAtTap", stank, 3, "> Getdata: getdataimage(0) getvalue(0)=2u getvalue(1)=400p accept",
-                 14, h, 2e-6, 0.4e-9, 1},
+        AutoCase{"SeriesTankCaAtTap", stank, 3,
+                 "> Getdata: getdataimage(0) getvalue(0)=2u getvalue(1)=400p accept", 14, h, 2e-6,
+                 0.4e-9, 1},
         // Shunt inductor: up to 200 ohms (61, from the inductor itself) or down to 12.5 (62).
         AutoCase{"ShuntInductorUp", pind, 4, "> Getdata: 200", 61, 0.5, 4e-6, 0, 4},
         AutoCase{"ShuntInductorDown", pind, 4, "> Getdata: 12.5", 62, 0.5, 1e-6, 0, 0.25},
-        AutoCase{"ShuntTankTap", ptank, 4, "> Getdata: getdataimage(0) getvalue(1)=2u accept", 41, h, 2e-6,
-                 1e-9 * h * h, 1},
-        AutoCase{"ShuntTankTapCaAtTap", ptank, 4,
-                 "> Getdata: getdataimage(0) getdataimage(0) getvalue(1)=2u getvalue(2)=600p accept", 36, h, 2e-6,
-                 0.6e-9, 1},
-        AutoCase{"ShuntTankStepUp", ptank, 4, "> Getdata: getdataimage(0) getdataimage(0) getdataimage(0) "
-                                              "getvalue(0)=200 accept",
+        // The same impedance is a ratio of 1 on the step-up side.
+        AutoCase{"ShuntInductorSameZ", pind, 4, "> Getdata: 50", 61, 1, 1e-6, 0, 1},
+        AutoCase{"ShuntTankTap", ptank, 4, "> Getdata: getdataimage(0) getvalue(1)=2u accept", 41,
+                 h, 2e-6, 1e-9 * h* h, 1},
+        // The tap is written whenever the inductance is not lowered, at a ratio of 1 too.
+        AutoCase{"ShuntTankTapSameL", ptank, 4, "> Getdata: getdataimage(0) accept", 41, 1, 1e-6,
+                 1e-9, 1},
+        AutoCase{
+            "ShuntTankTapCaAtTap", ptank, 4,
+            "> Getdata: getdataimage(0) getdataimage(0) getvalue(1)=2u getvalue(2)=600p accept", 36,
+            h, 2e-6, 0.6e-9, 1},
+        AutoCase{"ShuntTankStepUp", ptank, 4,
+                 "> Getdata: getdataimage(0) getdataimage(0) getdataimage(0) "
+                 "getvalue(0)=200 accept",
                  55, 0.5, 4e-6, 0.25e-9, 4},
         AutoCase{"ShuntTankStepDown", ptank, 4,
-                 "> Getdata: getdataimage(0) getdataimage(0) getdataimage(0) getdataimage(0) getvalue(0)=12.5 accept",
+                 "> Getdata: getdataimage(0) getdataimage(0) getdataimage(0) getdataimage(0) "
+                 "getvalue(0)=12.5 accept",
                  56, 0.5, 1e-6, 1e-9, 0.25},
         AutoCase{"ShuntTankStepUpCa", ptank, 4,
-                 "> Getdata: getdataimage(0) getdataimage(0) getdataimage(0) getdataimage(0) getdataimage(0) "
+                 "> Getdata: getdataimage(0) getdataimage(0) getdataimage(0) getdataimage(0) "
+                 "getdataimage(0) "
                  "getvalue(0)=200 getvalue(2)=600p accept",
                  65, 0.5, 4e-6, 0.6e-9, 4},
         AutoCase{"ShuntTankStepDownCa", ptank, 4,
-                 "> Getdata: getdataimage(0) getdataimage(0) getdataimage(0) getdataimage(0) getdataimage(0) "
+                 "> Getdata: getdataimage(0) getdataimage(0) getdataimage(0) getdataimage(0) "
+                 "getdataimage(0) "
                  "getdataimage(0) getvalue(0)=12.5 getvalue(2)=600p accept",
                  66, 0.5, 1e-6, 0.6e-9, 0.25}),
     [](const auto& info) { return std::string(info.param.name); });
@@ -358,18 +379,22 @@ INSTANTIATE_TEST_SUITE_P(
                     "The new inductance must be greater than the current inductance.", "ERROR", 0},
         AutoRefusal{"SeriesTankLargerC", stank, 3, "> Getdata: 1u 2n",
                     "The new capacitance must be less than the current capacitance.", "ERROR", 0},
-        AutoRefusal{"SeriesTankCaLargerC", stank, 3, "> Getdata: getdataimage(0) getvalue(1)=2n accept",
+        AutoRefusal{"SeriesTankCaLargerC", stank, 3,
+                    "> Getdata: getdataimage(0) getvalue(1)=2n accept",
                     "The new capacitance must be less than the default capacitance.", "WARNING", 0},
         AutoRefusal{"ShuntTankCancel", ptank, 4, "> Getdata: close", nullptr, "", 0},
         // Accepted on the plain tank: the snapshot stays, nothing else changes.
         AutoRefusal{"ShuntTankNoChoice", ptank, 4, "> Getdata: accept", nullptr, "", 1},
-        AutoRefusal{"ShuntTankStepUpLower", ptank, 4,
-                    "> Getdata: getdataimage(0) getdataimage(0) getdataimage(0) getvalue(0)=20 accept",
-                    "The new impedance must be greater than the default impedance.", "WARNING", 0},
+        AutoRefusal{
+            "ShuntTankStepUpLower", ptank, 4,
+            "> Getdata: getdataimage(0) getdataimage(0) getdataimage(0) getvalue(0)=20 accept",
+            "The new impedance must be greater than the default impedance.", "WARNING", 0},
         AutoRefusal{"ShuntTankStepDownHigher", ptank, 4,
-                    "> Getdata: getdataimage(0) getdataimage(0) getdataimage(0) getdataimage(0) getvalue(0)=51 accept",
+                    "> Getdata: getdataimage(0) getdataimage(0) getdataimage(0) getdataimage(0) "
+                    "getvalue(0)=51 accept",
                     "The new impedance must be less than the default impedance.", "WARNING", 0},
-        AutoRefusal{"ShuntTankTapSmallerL", ptank, 4, "> Getdata: getdataimage(0) getvalue(1)=0.5u accept",
+        AutoRefusal{"ShuntTankTapSmallerL", ptank, 4,
+                    "> Getdata: getdataimage(0) getvalue(1)=0.5u accept",
                     "The new inductance must be greater than the current inductance.", "ERROR", 0}),
     [](const auto& info) { return std::string(info.param.name); });
 
@@ -379,7 +404,8 @@ TEST(AutoTransformer, NegativeImpedanceFaultsAndRestores) {
     build(pind);
     click(4);
     session.run("> Getdata: -200\nauto\n");
-    EXPECT_EQ(session.runner.desk.messages.back().text, "Run-time error '5':\n\nInvalid procedure call or argument");
+    EXPECT_EQ(session.runner.desk.messages.back().text,
+              "Run-time error '5':\n\nInvalid procedure call or argument");
     EXPECT_EQ(undostate.undodepth, 0);
     EXPECT_EQ(slot(0).dip(4).type, 32);
     EXPECT_EQ(slot(0).r0.value(), 50);
