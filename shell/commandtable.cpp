@@ -21,7 +21,9 @@
 #include "design/terminate.h"
 #include "entry/designtitle.h"
 #include "entry/panel.h"
+#include "schematic/autotransformer.h"
 #include "schematic/inductors.h"
+#include "schematic/norton.h"
 #include "schematic/report.h"
 #include "schematic/dipoletransforms.h"
 #include "schematic/schematicview.h"
@@ -118,6 +120,8 @@ const std::vector<Command>& commands() {
         {"ungroup", ungroup_Click, Plain},
         {"ungroupL", editentry<ungroupL_Click>, Edit},
         {"ungroupR", editentry<ungroupR_Click>, Edit},
+        {"norton", editentry<norton_Click>, Edit},
+        {"auto", editentry<auto_Click>, Edit},
         // ANALYZE
         {"PEG", PEG_Click, Plain},
         {"PIG", PIG_Click, Plain},
@@ -220,6 +224,7 @@ void resetall() {
     report = ReportState{};
     inductorswindow.reset();
     resetschematic();
+    norton = NortonWork{};
     resetplots();
     trouble.reset();
     buildmenus();

@@ -8,6 +8,7 @@
 
 #include "core/hostmath.h"
 #include "schematic/inductors.h"
+#include "core/commands.h"
 #include "reference.h"
 #include "schematic/schematicview.h"
 #include "testsupport.h"

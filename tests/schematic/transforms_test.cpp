@@ -11,6 +11,7 @@
 #include "core/desktop.h"
 #include "core/dipoles.h"
 #include "schematic/dipoletransforms.h"
+#include "core/commands.h"
 #include "reference.h"
 #include "schematic/schematicview.h"
 #include "testsupport.h"

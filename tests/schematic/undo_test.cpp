@@ -10,6 +10,7 @@
 #include "core/framestate.h"
 #include "core/notation.h"
 #include "schematic/dipoletransforms.h"
+#include "core/commands.h"
 #include "reference.h"
 #include "schematic/schematicview.h"
 #include "testsupport.h"
