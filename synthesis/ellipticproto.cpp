@@ -113,7 +113,7 @@ void ellipticproto() {
         store.cancelled = true;
         return;
     }
-    const int n = static_cast<int>(s.order.value());
+    const int n = clampint(s.order.value(), 0, 11);
     if (n < 1) raisefault(5);
 
     // Step 5: parity; an even order asks how to terminate.

@@ -58,7 +58,7 @@ bool endoffile() {
 double readrecord() {
     const double n = readnumber();
     tables.tabratio = readnumber();
-    for (int i = 1; i <= static_cast<int>(Fix(n)); ++i) {
+    for (int i = 1; i <= clampint(Fix(n), 0, 17); ++i) {
         const double v = readnumber();
         if (i > 16) raisefault(9);
         store.g[static_cast<size_t>(i)] = v;
@@ -115,7 +115,7 @@ void tablerealize() {
     DesignSlot& s = cur();
     const double n = s.order;
     if (n < 1 || n > 16) raisefault(5);
-    const int last = static_cast<int>(Int(n));
+    const int last = clampint(Int(n), 1, 16);
     const double tr = tables.tabratio;
     const bool odd = n / 2 != Int(n / 2);
     store.oddorder = odd;

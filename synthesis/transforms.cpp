@@ -58,7 +58,7 @@ void schematicrealize() {
     DesignSlot& s = cur();
     const double n = s.order;
     if (n < 1 || n > 16) raisefault(5);
-    const int last = static_cast<int>(Int(n));
+    const int last = clampint(Int(n), 1, 16);
     const double zin = s.Zin, zout = s.Zout;
     store.oddorder = n / 2 != Int(n / 2);
     settype(1, 1);
