@@ -79,6 +79,36 @@ void clearall() {
     starthelplines();
 }
 
+void restorefinite(const DesignStore& before) {
+    static constexpr Number DesignSlot::*numbers[] = {
+        &DesignSlot::order, &DesignSlot::Astop, &DesignSlot::Apass, &DesignSlot::Zin, &DesignSlot::Zout,
+        &DesignSlot::r0,    &DesignSlot::w0,    &DesignSlot::w1,    &DesignSlot::w2,  &DesignSlot::w3,
+        &DesignSlot::w4,    &DesignSlot::bw,    &DesignSlot::Ls,    &DesignSlot::Cs,  &DesignSlot::Cp,
+        &DesignSlot::Qx,    &DesignSlot::Rs,    &DesignSlot::Fs,    &DesignSlot::Fp,  &DesignSlot::Fbw,
+        &DesignSlot::dipolecount};
+    static constexpr double Dipole::*values[] = {
+        &Dipole::R,      &Dipole::C,       &Dipole::L,      &Dipole::Qu,      &Dipole::K,      &Dipole::Lform,
+        &Dipole::Lawg,   &Dipole::Lturns,  &Dipole::Llength, &Dipole::Ca,     &Dipole::La,     &Dipole::Qa,
+        &Dipole::Kspare, &Dipole::Laform,  &Dipole::Laawg,  &Dipole::Laturns, &Dipole::Lalength, &Dipole::Ls,
+        &Dipole::Cs,     &Dipole::Cp,      &Dipole::Rs,     &Dipole::Qx};
+    auto number = [](Number& now, const Number& was) {
+        if (!std::isfinite(now.value())) now = std::isfinite(was.value()) ? was : Number(0.0);
+    };
+    for (size_t s = 0; s < store.slots.size(); ++s) {
+        DesignSlot& d = store.slots[s];
+        const DesignSlot& e = before.slots[s];
+        for (auto m : numbers) number(d.*m, e.*m);
+        for (size_t k = 0; k < d.dipoles.size(); ++k)
+            for (auto m : values) {
+                double& now = d.dipoles[k].*m;
+                const double was = e.dipoles[k].*m;
+                if (!std::isfinite(now)) now = std::isfinite(was) ? was : 0;
+            }
+    }
+    number(store.wA, before.wA);
+    number(store.zscale, before.zscale);
+}
+
 void sethelp(std::string h1, std::string h2, std::string h3, std::string h4) {
     store.help1 = std::move(h1);
     store.help2 = std::move(h2);
