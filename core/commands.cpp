@@ -46,6 +46,9 @@ bool guarded(const std::function<void()>& fn, CommandKind kind) {
     const DesignStore before = store;
     try {
         fn();
+        // A value that is no longer finite came from an operation the host would have
+        // stopped with its overflow; the command ends as that fault would end it.
+        if (!storefinite()) raisefault(6);
         return true;
     } catch (const RuntimeFault& f) {
         restorefinite(before);

@@ -138,6 +138,8 @@ void clearall();
 // found it), or 0 when that was not finite either. A fault never leaves an infinite value
 // behind to be drawn, saved or offered as a default.
 void restorefinite(const DesignStore& before);
+// True when every specification field and part value of every slot is finite.
+bool storefinite();
 // Sets the four help lines and shows them.
 void sethelp(std::string h1, std::string h2, std::string h3, std::string h4);
 
