@@ -113,7 +113,13 @@ void ScriptedDesktop::showmodal(Window& w) {
         for (size_t k = 0; k < actions.size(); ++k) {
             if (!w.visible)
                 throw BatchStop{2, "window " + w.formname + " closed with actions left: " + actions[k]};
-            apply(w, actions[k]);
+            try {
+                apply(w, actions[k]);
+            } catch (BatchStop& stop) {
+                // The answer was queued on a line of its own: name it too.
+                stop.message += " (answer on line " + std::to_string(a.line) + ")";
+                throw;
+            }
         }
     }
 }
