@@ -294,8 +294,8 @@ void heading(PlotForm& p) {
 template <class L> void lineargrid(PlotForm& p, double lo, double hi, double division, L label) {
     Surface& s = *p.surface;
     if (!(division > 0) || !(hi > lo)) return;
-    int n = static_cast<int>(std::floor((hi - lo) / division + 1e-9));
-    if (n > 400) n = 400;
+    // A range of a great many divisions draws the first 400.
+    int n = clampint(std::floor((hi - lo) / division + 1e-9), 0, 400);
     for (int i = 0; i <= n; ++i) {
         double v = lo + i * division;
         double y = p.frametop + p.vertsize * (hi - v) / (hi - lo);
@@ -713,7 +713,7 @@ void PlotForm::frame_MouseDown(int button, double x, double y) {
     double frac = (x - horzcent) / framewidth;
     if (timeplot()) {
         if (button != 1 || passslots == 0) return;
-        int idx = static_cast<int>(Int(frac * store.npoints));
+        int idx = clampint(Int(frac * store.npoints), -1, SWEEPPOINTS);
         if (idx < 0 || idx >= SWEEPPOINTS) return;
         double v = Int(values[0][static_cast<size_t>(idx)] * 1000) / 1000;
         caption = Str(v) + "volts @ " + engformatvalue(frac * Time) + "sec";

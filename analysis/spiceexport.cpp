@@ -333,7 +333,8 @@ bool spicenetlist(int s, std::ostream& out, std::string& why, double F1, double 
         return false;
     }
     double decades = log10host(F2 / F1);
-    long perdecade = std::lround(std::ceil(512 / decades));
+    // Two frequencies a hair apart would ask for points beyond counting.
+    long perdecade = clampint(std::ceil(512 / decades), 1, 1000000000);
     std::string title = sl.designtitle.empty() ? sl.title : sl.designtitle;
     out << "* " << (title.empty() ? std::string("ZELK filter") : title) << '\n';
     out << "* Ladder of filter " << s + 1 << " as plain parts. Inductor losses follow the\n"

@@ -200,7 +200,7 @@ bool buildladder(int s, Ladder& lad) {
     const DesignSlot& sl = slot(s);
     double count = sl.dipolecount.value();
     if (!(count >= 2 && count <= MAXDIPOLE) || count != Int(count)) return false;
-    int n = static_cast<int>(count);
+    int n = clampint(count, 2, MAXDIPOLE);
     lad.count = n;
     lad.last = n % 2 ? n + 1 : n;
     if (lad.last > MAXDIPOLE) return false;

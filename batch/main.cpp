@@ -54,6 +54,14 @@ int main(int argc, char** argv) {
     if (runner.desk.userdatadir_.empty()) runner.desk.userdatadir_ = finduserdir();
     if (!settings.empty()) runner.desk.loadsettings(settings);
     if (script == "-") return runner.run(std::cin);
+    // A folder opens as a stream on some systems and then reads as empty: say so rather
+    // than run nothing and report success.
+    std::error_code ec;
+    if (fs::is_directory(script, ec)) {
+        std::cerr << "zelkfilter-batch: cannot read " << script << ": "
+                  << std::make_error_code(std::errc::is_a_directory).message() << '\n';
+        return 1;
+    }
     std::ifstream in(script);
     if (!in) {
         std::cerr << "zelkfilter-batch: cannot read " << script << '\n';

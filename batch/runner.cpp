@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <fstream>
+#include <optional>
 #include <sstream>
 
 #include "core/commands.h"
@@ -150,9 +151,9 @@ void BatchRunner::dump(const std::vector<std::string>& t) {
     if (what == "slot") {
         if (t.size() != 3 || t[2].find_first_not_of("0123456789") != std::string::npos)
             throw BatchStop{1, "dump slot needs a slot number"};
-        int s = std::stoi(t[2]);
-        if (s > MAXSLOT) throw BatchStop{1, "no slot " + t[2]};
-        dumpslot(s, out_);
+        std::optional<long long> s = readinteger(t[2], 0, MAXSLOT);
+        if (!s) throw BatchStop{1, "no slot " + t[2]};
+        dumpslot(static_cast<int>(*s), out_);
     } else if (what == "helplines") {
         out_ << store.help1 << '\n' << store.help2 << '\n' << store.help3 << '\n' << store.help4 << '\n';
     } else if (what == "menus") {
@@ -182,9 +183,11 @@ void BatchRunner::exportfile(const std::vector<std::string>& t) {
         if (!w->draws) throw BatchStop{1, "window " + t[2] + " has no drawing surface"};
         if (!w->loaded) throw BatchStop{1, "window " + t[2] + " is not open"};
         RecordingSurface& s = desk.surfacefor(*w);
-        std::ofstream out(unquote(t[3]), std::ios::trunc);
+        std::optional<std::string> path = readpath(t[3]);
+        if (!path) throw BatchStop{1, "export svg needs a file name"};
+        std::ofstream out(*path, std::ios::trunc);
         out << s.svg();
-        if (!out) throw BatchStop{1, "cannot write " + unquote(t[3])};
+        if (!out) throw BatchStop{1, "cannot write " + *path};
         return;
     }
     ExportHandler h = findexport(t[1]);
@@ -215,18 +218,16 @@ void BatchRunner::event(const std::vector<std::string>& t) {
         else if (ev == "dblclick") w->dblclick(name, index);
         else if (ev == "gotfocus") w->focus(name, index);
         else if (ev == "mousedown" || ev == "mousemove" || ev == "mouseup") {
-            if (t.size() != 7) throw BatchStop{1, ev + " needs BUTTON X Y"};
+            // Buttons 1, 2 and 4 and their sums; the position a finite number each.
+            std::optional<long long> button = t.size() == 7 ? readinteger(t[4], 0, 7) : std::nullopt;
+            std::optional<double> x = t.size() == 7 ? readnumber(t[5]) : std::nullopt;
+            std::optional<double> y = t.size() == 7 ? readnumber(t[6]) : std::nullopt;
+            if (!button || !x || !y) throw BatchStop{1, ev + " needs BUTTON X Y (numbers)"};
             int kind = ev == "mousedown" ? 0 : ev == "mousemove" ? 1 : 2;
-            w->mouse(name, index, kind, std::stoi(t[4]), 0, std::stod(t[5]), std::stod(t[6]));
+            w->mouse(name, index, kind, static_cast<int>(*button), 0, *x, *y);
         } else throw BatchStop{1, "unknown event " + ev};
     };
-    try {
-        guarded(fire);
-    } catch (const std::invalid_argument&) {
-        throw BatchStop{1, "malformed event arguments"};
-    } catch (const std::out_of_range&) {
-        throw BatchStop{1, "malformed event arguments"};
-    }
+    guarded(fire);
     for (auto it = desk.queue.begin(); it != desk.queue.end();) {
         if (it->optional && it->serial <= serial) it = desk.queue.erase(it);
         else ++it;

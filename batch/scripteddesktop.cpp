@@ -4,6 +4,7 @@
 #include <ctime>
 #include <filesystem>
 #include <fstream>
+#include <optional>
 
 #include "core/hostmath.h"
 #include "core/window.h"
@@ -11,68 +12,6 @@
 namespace zelk {
 
 namespace fs = std::filesystem;
-
-std::vector<std::string> tokenize(const std::string& line, bool& ok) {
-    std::vector<std::string> out;
-    ok = true;
-    size_t i = 0, n = line.size();
-    while (i < n) {
-        while (i < n && (line[i] == ' ' || line[i] == '\t' || line[i] == '\r')) ++i;
-        if (i >= n) break;
-        std::string tok;
-        while (i < n && line[i] != ' ' && line[i] != '\t' && line[i] != '\r') {
-            if (line[i] == '"') {
-                tok += line[i++];
-                bool closed = false;
-                while (i < n) {
-                    if (line[i] == '"') {
-                        if (i + 1 < n && line[i + 1] == '"') {
-                            tok += "\"\"";
-                            i += 2;
-                            continue;
-                        }
-                        tok += line[i++];
-                        closed = true;
-                        break;
-                    }
-                    tok += line[i++];
-                }
-                if (!closed) ok = false;
-            } else {
-                tok += line[i++];
-            }
-        }
-        out.push_back(tok);
-    }
-    return out;
-}
-
-std::string unquote(const std::string& token) {
-    if (token.size() >= 2 && token.front() == '"' && token.back() == '"') {
-        std::string out;
-        for (size_t i = 1; i + 1 < token.size(); ++i) {
-            out += token[i];
-            if (token[i] == '"' && i + 1 < token.size() - 1 && token[i + 1] == '"') ++i;
-        }
-        return out;
-    }
-    return token;
-}
-
-bool splitname(const std::string& ref, std::string& name, int& index) {
-    size_t open = ref.find('(');
-    if (open == std::string::npos) {
-        name = ref;
-        index = -1;
-        return !ref.empty();
-    }
-    if (ref.back() != ')' || open == 0) return false;
-    name = ref.substr(0, open);
-    std::string num = ref.substr(open + 1, ref.size() - open - 2);
-    if (num.empty() || num.find_first_not_of("-0123456789") != std::string::npos) return false;
-    index = std::stoi(num);
-    return true;
-}
 
 ScriptedDesktop::ScriptedDesktop() {
     if (const char* p = std::getenv("ZELK_PROGRAMDIR")) programdir_ = p;
@@ -185,7 +124,13 @@ void ScriptedDesktop::showmodal(Window& w) {
         for (size_t k = 0; k < actions.size(); ++k) {
             if (!w.visible)
                 throw BatchStop{2, "window " + w.formname + " closed with actions left: " + actions[k]};
-            apply(w, actions[k]);
+            try {
+                apply(w, actions[k]);
+            } catch (BatchStop& stop) {
+                // The answer was queued on a line of its own: name it too.
+                stop.message += " (answer on line " + std::to_string(a.line) + ")";
+                throw;
+            }
         }
     }
 }
@@ -224,9 +169,12 @@ bool ScriptedDesktop::filedialog(FileDialogRequest& request) {
     QueuedAnswer a;
     take("filedialog", a, false);
     if (a.actions.size() != 1) throw BatchStop{1, "a filedialog answer is one path or cancel"};
-    std::string path = unquote(a.actions[0]);
-    if (path == "cancel") return false;
-    request.filename = fs::absolute(path).string();
+    // An empty name is what a dialog closed without a name gives: a cancel.
+    std::optional<std::string> path = readpath(a.actions[0]);
+    if (!path || *path == "cancel") return false;
+    std::error_code ec;
+    fs::path full = fs::absolute(*path, ec);
+    request.filename = ec ? *path : full.string();
     return true;
 }
 

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "batch/scriptreader.h"
 #include "core/desktop.h"
 #include "core/surface.h"
 
@@ -46,6 +47,7 @@ class ScriptedDesktop : public Desktop {
     std::string settingsfile;                  // --settings FILE, written back on change
     std::string programdir_, userdatadir_;
     std::vector<std::string> opened; // pages and programs asked to be opened
+    std::vector<std::pair<std::string, std::string>> unread; // files not read, and why
 
     void showmodal(Window& w) override;
     void show(Window& w) override;
@@ -53,6 +55,9 @@ class ScriptedDesktop : public Desktop {
     void unload(Window&) override {}
     int msgbox(const std::string& text, int buttonsandicon, const std::string& title) override;
     bool filedialog(FileDialogRequest& request) override;
+    void filenotread(const std::string& path, const std::string& reason) override {
+        unread.push_back({path, reason});
+    }
     std::string getsetting(const std::string& app, const std::string& section,
                            const std::string& key, const std::string& def) override;
     void savesetting(const std::string& app, const std::string& section, const std::string& key,
@@ -83,12 +88,5 @@ class ScriptedDesktop : public Desktop {
     void savesettingsfile();
     [[noreturn]] void unanswered(const std::string& window);
 };
-
-// Splits a script line into tokens: blanks separate, double quotes group ("" inside a
-// quoted part is one quote). Quotes are kept; unquote removes them.
-std::vector<std::string> tokenize(const std::string& line, bool& ok);
-std::string unquote(const std::string& token);
-// "NAME(3)" -> name "NAME", index 3; plain "NAME" -> index -1. False when malformed.
-bool splitname(const std::string& ref, std::string& name, int& index);
 
 } // namespace zelk

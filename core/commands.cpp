@@ -38,10 +38,16 @@ const Command* findcommand(std::string_view name) {
 }
 
 bool guarded(const std::function<void()>& fn, CommandKind kind) {
+    // The store as the command found it, for the values a fault must not leave behind.
+    const DesignStore before = store;
     try {
         fn();
+        // A value that is no longer finite came from an operation the host would have
+        // stopped with its overflow; the command ends as that fault would end it.
+        if (!storefinite()) raisefault(6);
         return true;
     } catch (const RuntimeFault& f) {
+        restorefinite(before);
         MsgBox("Run-time error '" + std::to_string(f.number) + "':\n\n" + f.description,
                vbOKOnly | vbCritical, "ZELK Filter Design");
         try {
@@ -53,6 +59,7 @@ bool guarded(const std::function<void()>& fn, CommandKind kind) {
         } catch (const RuntimeFault&) {
             // The recovery itself faulted: the store is left as it stands.
         }
+        restorefinite(before);
         return false;
     }
 }

@@ -65,6 +65,49 @@ void clearall() {
     starthelplines();
 }
 
+namespace {
+// Walks every specification field and part value of the store `now` beside the same value
+// of `was`, calling f(value, earlier value) for each.
+template <class F> void walkvalues(DesignStore& now, const DesignStore& was, F f) {
+    static constexpr Number DesignSlot::*numbers[] = {
+        &DesignSlot::order, &DesignSlot::Astop, &DesignSlot::Apass, &DesignSlot::Zin, &DesignSlot::Zout,
+        &DesignSlot::r0,    &DesignSlot::w0,    &DesignSlot::w1,    &DesignSlot::w2,  &DesignSlot::w3,
+        &DesignSlot::w4,    &DesignSlot::bw,    &DesignSlot::Ls,    &DesignSlot::Cs,  &DesignSlot::Cp,
+        &DesignSlot::Qx,    &DesignSlot::Rs,    &DesignSlot::Fs,    &DesignSlot::Fp,  &DesignSlot::Fbw,
+        &DesignSlot::dipolecount};
+    static constexpr double Dipole::*values[] = {
+        &Dipole::R,      &Dipole::C,       &Dipole::L,      &Dipole::Qu,      &Dipole::K,      &Dipole::Lform,
+        &Dipole::Lawg,   &Dipole::Lturns,  &Dipole::Llength, &Dipole::Ca,     &Dipole::La,     &Dipole::Qa,
+        &Dipole::Kspare, &Dipole::Laform,  &Dipole::Laawg,  &Dipole::Laturns, &Dipole::Lalength, &Dipole::Ls,
+        &Dipole::Cs,     &Dipole::Cp,      &Dipole::Rs,     &Dipole::Qx};
+    for (size_t s = 0; s < now.slots.size(); ++s) {
+        DesignSlot& d = now.slots[s];
+        const DesignSlot& e = was.slots[s];
+        for (auto m : numbers) f(d.*m, e.*m);
+        for (size_t k = 0; k < d.dipoles.size(); ++k)
+            for (auto m : values) f(d.dipoles[k].*m, e.dipoles[k].*m);
+    }
+    f(now.wA, was.wA);
+    f(now.zscale, was.zscale);
+}
+
+double valueof(const Number& n) { return n.value(); }
+double valueof(double v) { return v; }
+} // namespace
+
+bool storefinite() {
+    bool finite = true;
+    walkvalues(store, store, [&](auto& now, const auto&) { finite = finite && std::isfinite(valueof(now)); });
+    return finite;
+}
+
+void restorefinite(const DesignStore& before) {
+    walkvalues(store, before, [](auto& now, const auto& was) {
+        using T = std::remove_cvref_t<decltype(now)>;
+        if (!std::isfinite(valueof(now))) now = std::isfinite(valueof(was)) ? was : T(0.0);
+    });
+}
+
 void sethelp(std::string h1, std::string h2, std::string h3, std::string h4) {
     store.help1 = std::move(h1);
     store.help2 = std::move(h2);

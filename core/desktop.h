@@ -47,6 +47,13 @@ class Desktop {
     virtual int msgbox(const std::string& text, int buttonsandicon, const std::string& title) = 0;
     // A common file dialog; false when the user cancelled.
     virtual bool filedialog(FileDialogRequest& request) = 0;
+    // A file the user chose could not be read (a folder, no permission, gone): the file
+    // command goes on silently as for any file that cannot be opened; a desktop with a
+    // user in front of it says which file and why.
+    virtual void filenotread(const std::string& path, const std::string& reason) {
+        (void)path;
+        (void)reason;
+    }
 
     // The settings store (application, section, key).
     virtual std::string getsetting(const std::string& app, const std::string& section,

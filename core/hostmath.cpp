@@ -87,6 +87,12 @@ struct Decimal {
 Decimal todecimal15(double v) {
     Decimal d;
     d.negative = v < 0;
+    if (!std::isfinite(v)) {
+        // No digits to round: callers print the host's text for such a value instead.
+        d.digits = "0";
+        d.pointpos = 1;
+        return d;
+    }
     char buf[64];
     std::snprintf(buf, sizeof buf, "%.14e", std::fabs(v));
     // buf: d.dddddddddddddde[+-]xx
@@ -140,6 +146,8 @@ void splitrounded(double v, int decimals, std::string& intpart, std::string& fra
 } // namespace
 
 std::string Format(double v, std::string_view mask) {
+    // An infinite or undefined value has no digits for the mask to place.
+    if (!std::isfinite(v)) return Str(v);
     size_t dot = mask.find('.');
     std::string_view imask = mask.substr(0, dot);
     std::string_view fmask = dot == std::string_view::npos ? std::string_view{} : mask.substr(dot + 1);
@@ -211,6 +219,13 @@ std::string Str(double v) {
                digits.substr(static_cast<size_t>(d.pointpos));
     }
     return out;
+}
+
+int clampint(double x, int lo, int hi) {
+    if (std::isnan(x)) x = 0;
+    if (x <= static_cast<double>(lo)) return lo;
+    if (x >= static_cast<double>(hi)) return hi;
+    return static_cast<int>(x); // within lo..hi, so the cast is defined
 }
 
 std::string roundtrip(double v) {

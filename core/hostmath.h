@@ -51,6 +51,12 @@ std::string Str(double v);
 // Shortest text that reads back to the same double (for dumps).
 std::string roundtrip(double v);
 
+// The one conversion of a double to an integer for a count, an index, a position or a
+// pixel size: the value truncated toward zero and held within lo..hi. An infinite value
+// gives the nearer bound, NaN counts as 0 (as an unset value does) and is held within
+// the bounds too. A plain cast of a value that does not fit an int is undefined.
+int clampint(double x, int lo, int hi);
+
 // The host's checked floating-point operations, for the design arithmetic: a division by
 // zero, the logarithm or root of a value out of range, and a result too large for a
 // double stop the command with the host's run-time error instead of leaving an infinite

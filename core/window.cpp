@@ -121,6 +121,12 @@ bool Window::mouse(std::string_view name, int index, int kind, int button, int s
                    double y) {
     Control* c = find(name, index);
     if (!c) return false;
+    // The pointer is always somewhere on the window: a position that is not a number is
+    // no event, and one beyond the edges is taken at the nearest edge, so that the
+    // handlers' arithmetic (a plot's frequency at the pointer) stays finite.
+    if (!std::isfinite(x) || !std::isfinite(y)) return true;
+    x = std::clamp(x, 0.0, std::max(clientwidth, 0.0));
+    y = std::clamp(y, 0.0, std::max(clientheight, 0.0));
     auto& h = kind == 0 ? c->onmousedown : kind == 1 ? c->onmousemove : c->onmouseup;
     if (h) h(index, button, shift, x, y);
     return true;

@@ -1,7 +1,10 @@
 #include "design/designfiles.h"
 
+#include <cerrno>
 #include <charconv>
 #include <cmath>
+#include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -294,12 +297,47 @@ void quiet(const std::function<void()>& step) {
     }
 }
 
-// The whole content of a file; false when it cannot be opened.
-bool slurp(const std::string& path, std::string& out) {
-    std::ifstream in(path, std::ios::binary);
-    if (!in) return false;
-    out.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-    return !in.bad();
+// The whole content of a file; false, with the system's reason, when it is not a regular
+// file that can be read (a folder opens as a stream but fails on the first read).
+bool slurp(const std::string& path, std::string& out, std::string& why) {
+    std::error_code ec;
+    fs::file_status st = fs::status(path, ec);
+    if (ec) {
+        why = ec.message();
+        return false;
+    }
+    if (fs::is_directory(st)) {
+        why = std::make_error_code(std::errc::is_a_directory).message();
+        return false;
+    }
+    if (!fs::is_regular_file(st)) {
+        why = "not a regular file";
+        return false;
+    }
+    std::FILE* f = std::fopen(path.c_str(), "rb");
+    if (!f) {
+        why = std::strerror(errno);
+        return false;
+    }
+    std::string text;
+    char buf[65536];
+    size_t got;
+    while ((got = std::fread(buf, 1, sizeof buf, f)) > 0) text.append(buf, got);
+    const bool failed = std::ferror(f) != 0;
+    if (failed) why = std::strerror(errno);
+    std::fclose(f);
+    if (failed) return false;
+    out = std::move(text);
+    return true;
+}
+
+// The text of the chosen file, or an empty text when it cannot be read: then every read
+// of the command fails as the host's reads of a file it could not open, and the desktop
+// is told which file and why.
+std::string chosenfile(const std::string& path) {
+    std::string text, why;
+    if (!slurp(path, text, why)) desktop().filenotread(path, why);
+    return text;
 }
 
 // Shows a file dialog; false on cancel or a name that begins with "*".
@@ -386,25 +424,41 @@ std::string designfiletext(int s) {
     return out;
 }
 
-bool writedesignfile(const std::string& path, int s) {
+bool writedesignfile(const std::string& path, int s, std::string* why) {
+    std::string reason;
+    auto fail = [&](std::string r) {
+        if (why) *why = std::move(r);
+        return false;
+    };
     std::string text = designfiletext(s);
     fs::path target(path);
-    fs::path temp = target.parent_path() / ("." + target.filename().string() + ".saving");
     std::error_code ec;
-    {
-        std::ofstream out(temp, std::ios::binary | std::ios::trunc);
-        if (!out) return false;
-        out.write(text.data(), static_cast<std::streamsize>(text.size()));
-        out.close();
-        if (!out) {
-            fs::remove(temp, ec);
-            return false;
-        }
+    // A file marked read-only is not replaced, even by a user the system would let
+    // rename over it.
+    fs::file_status st = fs::status(target, ec);
+    if (!ec && fs::is_directory(st)) return fail(std::make_error_code(std::errc::is_a_directory).message());
+    if (!ec && fs::exists(st) &&
+        (st.permissions() & (fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write)) ==
+            fs::perms::none)
+        return fail(std::make_error_code(std::errc::permission_denied).message());
+    fs::path temp = target.parent_path() / ("." + target.filename().string() + ".saving");
+    std::FILE* f = std::fopen(temp.c_str(), "wb");
+    if (!f) return fail(std::strerror(errno));
+    bool ok = std::fwrite(text.data(), 1, text.size(), f) == text.size() && std::fflush(f) == 0;
+    if (!ok) reason = std::strerror(errno);
+    if (std::fclose(f) != 0 && ok) {
+        ok = false;
+        reason = std::strerror(errno);
+    }
+    if (!ok) {
+        fs::remove(temp, ec);
+        return fail(reason);
     }
     fs::rename(temp, target, ec);
     if (ec) {
+        reason = ec.message();
         fs::remove(temp, ec);
-        return false;
+        return fail(reason);
     }
     return true;
 }
@@ -419,8 +473,8 @@ void readdesign(std::string_view text, int s, const std::function<void()>& after
 }
 
 bool readdesignfile(const std::string& path, int s, const std::function<void()>& aftertitle) {
-    std::string text;
-    if (!slurp(path, text)) return false;
+    std::string text, why;
+    if (!slurp(path, text, why)) return false;
     readdesign(text, s, aftertitle);
     return true;
 }
@@ -448,6 +502,7 @@ void openfilter_Click() {
             "When finished, select File New, do not close the window individually.");
     FileDialogRequest r = openrequest("Open Filter", userdesigns());
     if (!askfile(r)) return;
+    const std::string text = chosenfile(r.filename);
     quiet([] {
         store.lastslot = static_cast<short>(store.lastslot + 1);
         store.curslot = store.lastslot;
@@ -456,7 +511,7 @@ void openfilter_Click() {
     quiet([&] {
         int s = store.curslot;
         // The slot's schematic window is captioned with the title as soon as it is read.
-        readdesignfile(r.filename, s, [s] { quiet([s] { schematicwindow(s).caption = slot(s).title; }); });
+        readdesign(text, s, [s] { quiet([s] { schematicwindow(s).caption = slot(s).title; }); });
     });
     quiet([] {
         const std::string& code = slot(store.curslot).code;
@@ -488,8 +543,16 @@ void savefilter_Click() {
     r.filename = code.empty() ? "*.sch" : code + ".sch";
     r.filter = "Designs(*.sch)|*.sch|All files(*.*)|*.*";
     if (!askfile(r)) return;
-    std::string name;
-    if (schname(r.filename, name)) quiet([&] { writedesignfile(name, 0); });
+    std::string name = r.filename;
+    bool saved = false;
+    std::string why = "the name is too short to take the .sch ending";
+    if (schname(r.filename, name)) quiet([&] { saved = writedesignfile(name, 0, &why); });
+    // A save that wrote nothing says so and leaves the design unsaved, so that closing
+    // it still asks.
+    if (!saved) {
+        MsgBox("The filter was not saved to\n" + name + "\n" + why, vbOKOnly | vbExclamation, "Save Filter");
+        return;
+    }
     frame.designsaved = true;
 }
 
@@ -575,8 +638,7 @@ void append_Click() {
             "It will append any filter even if the result doesn't make sense.");
     FileDialogRequest r = openrequest("Open Filter", "");
     if (!askfile(r)) return;
-    std::string text;
-    slurp(r.filename, text);
+    const std::string text = chosenfile(r.filename);
     // The drawing is cleared while the dipole count is still the one drawn.
     appenddesign(text, [] { schematicclear(store.curslot); });
     frame.designsaved = false;
@@ -591,8 +653,7 @@ void insert_Click() {
     FileDialogRequest r = openrequest("Open Filter", "");
     if (!askfile(r)) return;
     quiet([] { schematicclear(store.curslot); });
-    std::string text;
-    slurp(r.filename, text);
+    const std::string text = chosenfile(r.filename);
     insertdesign(text);
     frame.designsaved = false;
     quiet(schematicbuild);

@@ -19,8 +19,8 @@ std::string designfiletext(int s);
 
 // Writes slot s to `path` through a temporary file in the same folder that is then
 // renamed over the old file, so that a failed save leaves the earlier file whole.
-// False when nothing could be written.
-bool writedesignfile(const std::string& path, int s);
+// False when nothing could be written, with the system's reason in `why`.
+bool writedesignfile(const std::string& path, int s, std::string* why = nullptr);
 
 // Reads a design file's text into slot s, the way the file commands read: one comma- or
 // line-delimited item per field, quotes stripped from texts, the header form told by

@@ -193,7 +193,12 @@ void panelplotbuttons(bool on) {
 
 bool panelshow() {
     getdata.showmodal();
-    return !store.cancelled;
+    if (store.cancelled) return false;
+    // A row typed beyond the range of a double ("1e309", "1e308M") is the host's overflow,
+    // raised before the caller stores any row: the store stays as a cancel leaves it.
+    for (int i = 0; i < PANELROWS; ++i)
+        if (getdata.getvalue(i).visible && !std::isfinite(panelvalue(i))) raisefault(6);
+    return true;
 }
 
 double panelvalue(int i) { return parsevalue(getdata.getvalue(i).text); }

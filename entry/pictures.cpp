@@ -114,7 +114,8 @@ double sketchloss(const Sketch& s, double f) {
 
 void dashed(Surface& s, double x1, double y1, double x2, double y2) {
     double len = std::hypot(x2 - x1, y2 - y1);
-    int n = std::max(1, static_cast<int>(len / 6));
+    // A dash every 6 units, at most as many as a window can show.
+    int n = clampint(len / 6, 1, 100000);
     for (int i = 0; i < n; i += 2) {
         double a = static_cast<double>(i) / n, b = std::min(1.0, static_cast<double>(i + 1) / n);
         s.line(x1 + (x2 - x1) * a, y1 + (y2 - y1) * a, x1 + (x2 - x1) * b, y1 + (y2 - y1) * b);

@@ -211,7 +211,7 @@ void Trouble::draw() {
     std::vector<std::string> text = lines();
     double lh = s.textheight("X") + 2;
     Control& bar = ctl("VScroll1");
-    int visiblelines = static_cast<int>((clientheight - 20) / lh);
+    int visiblelines = clampint((clientheight - 20) / lh, -2147483647, 2147483647);
     int maxoffset = static_cast<int>(text.size()) - visiblelines;
     if (maxoffset < 0) maxoffset = 0;
     if (bar.value > maxoffset) bar.value = maxoffset;

@@ -30,7 +30,7 @@ double terminationratio(const DesignSlot& s) {
 // Elements are counted k = 1 to n as the host counts them for a (possibly fractional) n.
 int lastindex(double n) {
     if (n > 16) raisefault(9);
-    return n < 1 ? 0 : static_cast<int>(Int(n));
+    return n < 1 ? 0 : clampint(Int(n), 1, 16);
 }
 
 } // namespace

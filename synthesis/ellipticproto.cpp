@@ -111,7 +111,7 @@ void ellipticprotoorder() {
         store.cancelled = true;
         return;
     }
-    const int n = static_cast<int>(s.order.value());
+    const int n = clampint(s.order.value(), 0, 11);
     if (n < 1) raisefault(5);
 
     // Step 5: parity (an even order is then asked how to terminate).

@@ -61,7 +61,7 @@ void bisect(DesignSlot& s) {
 
 void ellipticrealize() {
     DesignSlot& s = slot(store.curslot);
-    const int n = static_cast<int>(s.order.value());
+    const int n = clampint(s.order.value(), 0, 11);
     const bool odd = store.oddorder;
     const int m = elliptic.halforder;
     const int c = odd ? m : m - 1;

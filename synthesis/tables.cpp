@@ -51,7 +51,7 @@ bool endoffile() {
 double readrecord() {
     const double n = readnumber();
     tables.tabratio = readnumber();
-    for (int i = 1; i <= static_cast<int>(Fix(n)); ++i) {
+    for (int i = 1; i <= clampint(Fix(n), 0, 17); ++i) {
         const double v = readnumber();
         if (i > 16) raisefault(9);
         store.g[static_cast<size_t>(i)] = v;
@@ -108,7 +108,8 @@ void tablerealize() {
     DesignSlot& s = cur();
     const double n = s.order;
     if (n > 16) raisefault(5);
-    const int last = static_cast<int>(Int(n));
+    // An order the file lacks (0 among them) lays out no elements.
+    const int last = clampint(Int(n), -16, 16);
     const double tr = tables.tabratio;
     const bool odd = n / 2 != Int(n / 2);
     store.oddorder = odd;

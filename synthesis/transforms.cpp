@@ -58,7 +58,7 @@ void schematicrealize() {
     DesignSlot& s = cur();
     const double n = s.order;
     if (n < 1 || n > 16) raisefault(5);
-    const int last = static_cast<int>(Int(n));
+    const int last = clampint(Int(n), 1, 16);
     const double zin = s.Zin, zout = s.Zout;
     store.oddorder = n / 2 != Int(n / 2);
     settype(1, 1);
@@ -259,32 +259,32 @@ void stopbandratio() {
     switch (flow.functionkind) {
     case 0:
         s.w0 = w1;
-        store.wA = w2 / w1;
+        store.wA = hdiv(w2, w1);
         break;
     case 1:
         // A high-pass is cut off at F2 and stops at F1.
         s.w0 = w2;
-        store.wA = w2 / w1;
+        store.wA = hdiv(w2, w1);
         break;
     case 2: {
-        const double w0 = std::sqrt(w2 * w3);
+        const double w0 = hsqr(w2 * w3);
         s.w0 = w0;
         const double B = w3 - w2;
-        const double a = -((w1 * w1 - w0 * w0) / w1) / B;
-        const double b = ((w4 * w4 - w0 * w0) / w4) / B;
+        const double a = hdiv(-hdiv(w1 * w1 - w0 * w0, w1), B);
+        const double b = hdiv(hdiv(w4 * w4 - w0 * w0, w4), B);
         store.wA = a < b ? a : b;
-        flow.Qratio = w0 / B;
+        flow.Qratio = hdiv(w0, B);
         break;
     }
     case 3: {
         // Band-reject: F1 and F4 are the pass-band corners, F2 and F3 the stop edges.
-        const double w0 = std::sqrt(w1 * w4);
+        const double w0 = hsqr(w1 * w4);
         s.w0 = w0;
         const double B = w4 - w1;
-        const double a = w2 != w0 ? -(w2 * B) / (w2 * w2 - w0 * w0) : 1e12;
-        const double b = w3 != w0 ? (w3 * B) / (w3 * w3 - w0 * w0) : 1e12;
+        const double a = w2 != w0 ? hdiv(-(w2 * B), w2 * w2 - w0 * w0) : 1e12;
+        const double b = w3 != w0 ? hdiv(w3 * B, w3 * w3 - w0 * w0) : 1e12;
         store.wA = (a > 0 && a < b) ? a : b;
-        flow.Qratio = w0 / B;
+        flow.Qratio = hdiv(w0, B);
         break;
     }
     default: break;

@@ -19,3 +19,4 @@ ctest --test-dir "$BUILD" --output-on-failure -j"$JOBS"
 cmake -S . -B "$BUILD" -DZELK_QT=ON
 cmake --build "$BUILD" -j"$JOBS"
 QT_QPA_PLATFORM=offscreen ctest --test-dir "$BUILD" --output-on-failure -j"$JOBS" -L qt --no-tests=error
+bash tools/sanitize.sh

@@ -681,6 +681,11 @@ bool QtDesktop::filedialog(FileDialogRequest& r) {
     return true;
 }
 
+void QtDesktop::filenotread(const std::string& path, const std::string& reason) {
+    QMessageBox::warning(frame_, "ZELK Filter Design", qs("Cannot read " + path + "\n" + reason));
+    afterevent();
+}
+
 std::string QtDesktop::getsetting(const std::string& app, const std::string& section, const std::string& key,
                                   const std::string& def) {
     QSettings s("filter", qs(app));

@@ -82,6 +82,7 @@ class QtDesktop : public Desktop {
     void arrange(int code) override;
     int msgbox(const std::string& text, int buttonsandicon, const std::string& title) override;
     bool filedialog(FileDialogRequest& request) override;
+    void filenotread(const std::string& path, const std::string& reason) override;
     std::string getsetting(const std::string& app, const std::string& section, const std::string& key,
                            const std::string& def) override;
     void savesetting(const std::string& app, const std::string& section, const std::string& key,

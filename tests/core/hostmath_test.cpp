@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <limits>
+
 #include "core/hostmath.h"
 
 using namespace zelk;
@@ -55,4 +57,29 @@ TEST(HostMath, FaultsCarryTheHostText) {
     }
     EXPECT_EQ(faultdescription(11), "Division by zero");
     EXPECT_EQ(faultdescription(6), "Overflow");
+}
+
+// Conversions that meet values beyond any integer or no number at all: held within the
+// bounds, NaN as 0; the formatters print the host's text for them.
+TEST(HostMath, ClampintHoldsEveryValueWithinBounds) {
+    const double inf = std::numeric_limits<double>::infinity();
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    struct {
+        double x;
+        int lo, hi, want;
+    } cases[] = {
+        {2.9, 0, 10, 2},       {-2.9, -10, 10, -2},   {1e300, 0, 400, 400},
+        {-1e300, 0, 400, 0},   {inf, -5, 5, 5},       {-inf, -5, 5, -5},
+        {nan, -5, 5, 0},       {nan, 1, 16, 1},       {2147483647.5, -2147483647 - 1, 2147483647, 2147483647},
+        {-2147483648.9, -2147483647 - 1, 2147483647, -2147483647 - 1},
+    };
+    for (auto& c : cases) EXPECT_EQ(clampint(c.x, c.lo, c.hi), c.want) << c.x;
+}
+
+TEST(HostMath, FormattersTakeNonFiniteValues) {
+    const double inf = std::numeric_limits<double>::infinity();
+    EXPECT_EQ(Format(inf, "###.###"), "Inf");
+    EXPECT_EQ(Format(-inf, "##.000"), "-Inf");
+    EXPECT_EQ(Format(std::numeric_limits<double>::quiet_NaN(), "#.#00"), "NaN");
+    EXPECT_EQ(Format(1e300, "###.###").size(), 302u); // every integer digit, then the point
 }

@@ -1,0 +1,242 @@
+// Inputs found by fuzzing the batch runner and the design files: each ends in a clear
+// exit status and message, and none leaves a value that is not finite in the store.
+#include <gtest/gtest.h>
+
+#include <sys/wait.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "core/designstore.h"
+#include "fuzz/batchcheck.h"
+#include "shell/frame.h"
+#include "testsupport.h"
+
+using namespace zelk;
+namespace fs = std::filesystem;
+
+namespace {
+
+const std::string design = "> selfunction: selection(0) \"Accept design\"\n"
+                           "> Getdata: 10M 15M 3 \"\" 5 50 50\n"
+                           "> Getdata: Lossless\n"
+                           ">? designtitle: Command1\n"
+                           "butterworth\n";
+
+bool allslotsfinite() {
+    for (int s = 0; s <= MAXSLOT; ++s)
+        if (!fuzz::allfinite(s)) return false;
+    return true;
+}
+
+std::string readall(const fs::path& p) {
+    std::ifstream in(p, std::ios::binary);
+    std::ostringstream s;
+    s << in.rdbuf();
+    return s.str();
+}
+
+// A fresh empty folder for one test's files.
+fs::path scratch(const std::string& name) {
+    fs::path dir = fs::temp_directory_path() / ("zelk-faults-" + name);
+    fs::remove_all(dir);
+    fs::create_directories(dir);
+    return dir;
+}
+
+struct Refused {
+    const char* name;
+    std::string script;
+    std::string message; // the diagnostic, with the line it names
+};
+
+class ScriptRefused : public ::testing::TestWithParam<Refused> {};
+
+} // namespace
+
+// Lines whose numbers or indices do not fit, or are no numbers: exit status 1 and a
+// message naming the line, never an exception out of the runner.
+TEST_P(ScriptRefused, ExitsOneNamingTheLine) {
+    const Refused& c = GetParam();
+    test::Session s;
+    EXPECT_EQ(s.run(c.script), 1);
+    EXPECT_NE(s.err.str().find(c.message), std::string::npos) << s.err.str();
+    EXPECT_TRUE(allslotsfinite());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Faults, ScriptRefused,
+    ::testing::Values(
+        Refused{"SlotBeyondAnyInteger", "dump slot 99999999999999999999\n",
+                "line 1: no slot 99999999999999999999"},
+        Refused{"SlotEight", "\ndump slot 8\n", "line 2: no slot 8"},
+        Refused{"IndexBeyondAnyInteger", "> selfunction: selection(99999999999) \"Accept design\"\nbutterworth\n",
+                "line 2: window selfunction has no control selection(99999999999) (answer on line 1)"},
+        Refused{"IndexOnlyASign", "> selfunction: selection(-) \"Accept design\"\nbutterworth\n",
+                "line 2: window selfunction has no control selection(-) (answer on line 1)"},
+        Refused{"IndexNegative", "> selfunction: selection(-1) \"Accept design\"\nbutterworth\n",
+                "has no control selection(-1)"},
+        Refused{"MouseXNotANumber", design + "> Getdata: 1M 100M -80 10\nPIG\nevent plotPIG frame mousedown 1 nan 10\n",
+                "line 8: mousedown needs BUTTON X Y (numbers)"},
+        Refused{"MouseYBeyondDouble", design + "> Getdata: 1M 100M -80 10\nPIG\nevent plotPIG frame mousemove 0 10 1e999\n",
+                "line 8: mousemove needs BUTTON X Y (numbers)"},
+        Refused{"MouseButtonBeyondAnyInteger",
+                design + "> Getdata: 1M 100M -80 10\nPIG\nevent plotPIG frame mouseup 99999999999 10 10\n",
+                "line 8: mouseup needs BUTTON X Y (numbers)"}),
+    [](const auto& info) { return std::string(info.param.name); });
+
+TEST(Faults, EmptyFileNameIsACancel) {
+    test::Session s;
+    ASSERT_EQ(s.run("> filedialog: \"\"\nopenfilter\n> filedialog: \"\"\ndelete\n"), 0) << s.err.str();
+    EXPECT_EQ(store.lastslot, -1); // no slot taken
+    EXPECT_TRUE(s.runner.desk.unread.empty());
+}
+
+// A folder chosen as a design file reads as a file that cannot be opened; the desktop is
+// told which and why.
+TEST(Faults, FolderChosenAsDesignFile) {
+    const fs::path dir = scratch("folder");
+    for (const char* command : {"openfilter", "append", "insert"}) {
+        SCOPED_TRACE(command);
+        test::Session s;
+        ASSERT_EQ(s.run(design), 0) << s.err.str();
+        const std::string title = slot(0).title;
+        ASSERT_EQ(s.run("> filedialog: \"" + dir.string() + "\"\n>? designtitle: Command1\n" + command + "\n"), 0)
+            << s.err.str();
+        ASSERT_EQ(s.runner.desk.unread.size(), 1u);
+        EXPECT_EQ(s.runner.desk.unread[0].first, dir.string());
+        EXPECT_EQ(s.runner.desk.unread[0].second, std::make_error_code(std::errc::is_a_directory).message());
+        EXPECT_TRUE(s.runner.desk.messages.empty()); // the logic itself says nothing
+        EXPECT_NE(slot(0).title.find(title), std::string::npos);
+        EXPECT_TRUE(allslotsfinite());
+    }
+}
+
+// Values typed beyond the range of a double: the design faults with the host's overflow,
+// the store holds what it held, and the next prompt offers the earlier values.
+TEST(Faults, TypedOverflowLeavesNoInfiniteValue) {
+    for (const std::string& zout : {std::string("1e308M"), std::string("1e309"), std::string("-1e309"), std::string(400, '9')}) {
+        SCOPED_TRACE(zout.substr(0, 10));
+        test::Session s;
+        ASSERT_EQ(s.run(design), 0) << s.err.str();
+        ASSERT_EQ(s.run("newfilter\n> selfunction: selection(0) \"Accept design\"\n"
+                        "> Getdata: 10M 15M 3 \"\" 5 50 " + zout + "\nbutterworth\n"), 0) << s.err.str();
+        ASSERT_FALSE(s.runner.desk.messages.empty());
+        EXPECT_EQ(s.runner.desk.messages.back().text, "Run-time error '6':\n\nOverflow");
+        EXPECT_EQ(slot(0).Zout.value(), 50);
+        EXPECT_TRUE(allslotsfinite());
+        ASSERT_EQ(s.run("> selfunction: selection(0) \"Accept design\"\n> Getdata: close\nbutterworth\ndump panel\n"), 0);
+        EXPECT_NE(s.take().find("row 6 label=\"Zout =\" text=\"50.\""), std::string::npos);
+    }
+}
+
+// A product of typed values beyond the range (a frequency times two pi) faults in the
+// design and is put back as well.
+TEST(Faults, ComputedOverflowIsPutBack) {
+    test::Session s;
+    ASSERT_EQ(s.run(design), 0) << s.err.str();
+    ASSERT_EQ(s.run("newfilter\n> selfunction: selection(0) \"Accept design\"\n"
+                    "> Getdata: 1.7e308 1.75e308 3 \"\" 5 50 50\n>? Getdata: Lossless\nbutterworth\n"), 0)
+        << s.err.str();
+    EXPECT_TRUE(allslotsfinite());
+    EXPECT_EQ(slot(0).dipolecount.value(), 0);
+}
+
+// Pointer positions far off the window are taken at its edge: the frequency at the
+// pointer stays finite.
+TEST(Faults, PointerFarOffThePlot) {
+    test::Session s;
+    ASSERT_EQ(s.run(design + "> Getdata: 1M 100M -80 10\nPIG\n"), 0) << s.err.str();
+    for (const char* xy : {"1e300 10", "-1e300 10", "10 1e300", "1e300 -1e300"}) {
+        SCOPED_TRACE(xy);
+        ASSERT_EQ(s.run(std::string("event plotPIG frame mousedown 1 ") + xy + "\n"), 0) << s.err.str();
+        ASSERT_EQ(s.run(std::string("event plotPIG frame mousemove 0 ") + xy + "\n"), 0) << s.err.str();
+        EXPECT_EQ(s.run(std::string("event plotPIG frame mousedown 2 ") + xy + "\n"), 0) << s.err.str();
+    }
+    test::Session t;
+    EXPECT_EQ(t.run(design + "> Getdata: 1M 4u 2 -2\nIR\nevent PLOTIR frame mousedown 1 1e300 10\n"
+                             "event PLOTIR frame mousedown 1 -1e300 10\n"), 0) << t.err.str();
+}
+
+// A linear axis of more divisions than any integer: drawn with its first 400.
+TEST(Faults, LinearAxisOfHugeRange) {
+    test::Session s;
+    ASSERT_EQ(s.run(design + "> Getdata: 1M 100M -80 1e24\nPIG\ndump curve plotPIG\n"), 0) << s.err.str();
+    EXPECT_TRUE(allslotsfinite());
+}
+
+// A save that writes nothing says which file and why, keeps the older file, and leaves
+// the design unsaved; a save that works marks it saved.
+TEST(Faults, FailedSaveSaysWhyAndKeepsTheOlderFile) {
+    const fs::path dir = scratch("save");
+    const fs::path readonly = dir / "kept.sch";
+    std::ofstream(readonly) << "older\n";
+    fs::permissions(readonly, fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
+    struct {
+        fs::path chosen, written;
+        std::string reason;
+    } cases[] = {
+        {dir / "missing" / "f.sch", dir / "missing" / "f.sch", std::make_error_code(std::errc::no_such_file_or_directory).message()},
+        {readonly, readonly, std::make_error_code(std::errc::permission_denied).message()},
+        {dir / "folder.sch", dir / "folder.sch", std::make_error_code(std::errc::is_a_directory).message()},
+    };
+    fs::create_directories(dir / "folder.sch");
+    for (auto& c : cases) {
+        SCOPED_TRACE(c.chosen.string());
+        test::Session s;
+        ASSERT_EQ(s.run(design), 0) << s.err.str();
+        ASSERT_FALSE(frame.designsaved);
+        ASSERT_EQ(s.run("> filedialog: \"" + c.chosen.string() + "\"\nsavefilter\n"), 0) << s.err.str();
+        ASSERT_EQ(s.runner.desk.messages.size(), 1u);
+        const MessageRecord& m = s.runner.desk.messages[0];
+        EXPECT_EQ(m.title, "Save Filter");
+        EXPECT_NE(m.text.find(c.written.string()), std::string::npos) << m.text;
+        EXPECT_NE(m.text.find(c.reason), std::string::npos) << m.text;
+        EXPECT_FALSE(frame.designsaved);
+    }
+    EXPECT_EQ(readall(readonly), "older\n");
+    EXPECT_FALSE(fs::exists(dir / "missing"));
+    for (const auto& e : fs::directory_iterator(dir)) EXPECT_EQ(e.path().extension(), ".sch") << e.path();
+
+    test::Session s;
+    ASSERT_EQ(s.run(design + "> filedialog: \"" + (dir / "new.sch").string() + "\"\nsavefilter\n"), 0);
+    EXPECT_TRUE(frame.designsaved);
+    EXPECT_TRUE(s.runner.desk.messages.empty());
+    EXPECT_EQ(readall(dir / "new.sch").substr(0, 5), "\"Butt");
+}
+
+// The program itself: a script that is a folder, and a number beyond any integer, end
+// in exit status 1 with a message, not in an abort.
+TEST(Faults, BatchProgramExitStatus) {
+    const fs::path dir = scratch("program");
+    const fs::path script = dir / "huge.txt";
+    std::ofstream(script) << "dump slot 99999999999999999999\n";
+    const std::string batch = std::string(ZELK_BINARY_DIR) + "/zelkfilter-batch";
+    for (const fs::path& p : {dir, script}) {
+        SCOPED_TRACE(p.string());
+        const std::string cmd = batch + " " + p.string() + " >/dev/null 2>" + (dir / "err").string();
+        const int status = std::system(cmd.c_str());
+        ASSERT_TRUE(WIFEXITED(status));
+        EXPECT_EQ(WEXITSTATUS(status), 1);
+        EXPECT_NE(readall(dir / "err").find("zelkfilter-batch: "), std::string::npos);
+    }
+}
+
+// The fuzzer's seeds and every script kept from fuzzing run through the fuzz target's
+// checks.
+TEST(Faults, KeptFuzzScriptsReplay) {
+    const fs::path fuzzdir = fs::path(ZELK_SOURCE_DIR) / "fuzz";
+    const fs::path here = fs::current_path();
+    int scripts = 0;
+    for (const char* sub : {"corpus-batch", "regressions"})
+        for (const auto& e : fs::directory_iterator(fuzzdir / sub)) {
+            if (e.path().extension() != ".txt") continue;
+            SCOPED_TRACE(e.path().filename().string());
+            EXPECT_TRUE(fuzz::checkbatchscript(readall(e.path())));
+            ++scripts;
+        }
+    fs::current_path(here);
+    EXPECT_GE(scripts, 10);
+}
