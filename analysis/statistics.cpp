@@ -139,9 +139,30 @@ void perturb(Analysis a) {
     }
 }
 
+bool statisticspass(Analysis a) {
+    const auto& plots = statisticsplots();
+    perturb(a);
+    for (int k = 0; k < STATPLOTS; ++k) {
+        PlotForm& p = *plots[static_cast<size_t>(k)];
+        stats.wasopen[static_cast<size_t>(k)] = p.loaded;
+        if (!p.loaded) continue;
+        bool ok;
+        if (stats.onestepmode && a == Analysis::MonteCarlo && &p == &plotPEG) {
+            // Each step of the gain plot stands alone: the nominal and this pass.
+            p.open();
+            ok = p.redraw();
+        } else {
+            ok = p.addpass(1);
+        }
+        if (!ok) return false;
+        accumulate(k, p);
+    }
+    ++stats.passes;
+    return true;
+}
+
 void runanalysis(Analysis a) {
     bool& running = runningflag(a);
-    const auto& plots = statisticsplots();
     if (!designstands()) {
         // File New or another file since the run began: nothing of it is left to plot.
         stopall();
@@ -149,28 +170,12 @@ void runanalysis(Analysis a) {
     }
     try {
         do {
-            perturb(a);
-            for (int k = 0; k < STATPLOTS; ++k) {
-                PlotForm& p = *plots[static_cast<size_t>(k)];
-                stats.wasopen[static_cast<size_t>(k)] = p.loaded;
-                if (!p.loaded) continue;
-                bool ok;
-                if (stats.onestepmode && a == Analysis::MonteCarlo && &p == &plotPEG) {
-                    // Each step of the gain plot stands alone: the nominal and this pass.
-                    p.open();
-                    ok = p.redraw();
-                } else {
-                    ok = p.addpass(1);
-                }
-                if (!ok) {
-                    // Abort in the analysis error box ends the run where it stands.
-                    store.abortanalysis = false;
-                    endrun();
-                    return;
-                }
-                accumulate(k, p);
+            if (!statisticspass(a)) {
+                // Abort in the analysis error box ends the run where it stands.
+                store.abortanalysis = false;
+                endrun();
+                return;
             }
-            ++stats.passes;
             desktop().yield();
             if (!designstands() || !plotsstand()) {
                 const bool design = designstands();

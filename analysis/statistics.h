@@ -78,6 +78,9 @@ inline Sanalysis sanalysis;
 void statistical_Click();
 // Starts (or, while it runs, stops) an analysis as its label's click does.
 void startanalysis(Analysis a);
+// One pass: perturbs slot 1 and adds its curve to every open plot in the fixed order and
+// to the band. False when a sweep was aborted (store.abortanalysis is then set).
+bool statisticspass(Analysis a);
 // Runs the pass loop of the analysis until its flag falls or one-step mode holds, then
 // lays the nominal curve over every open plot.
 void runanalysis(Analysis a);
