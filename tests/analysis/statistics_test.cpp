@@ -271,5 +271,18 @@ TEST(Statistics, FileNewDuringARunLeavesNothingRunning) {
     EXPECT_EQ(store.lastslot, -1);
 }
 
+TEST(Statistics, BatchOptionsTakeWholeNumbersOnly) {
+    const char* const bad[] = {"option seed -1\n", "option seed x\n", "option passes 0\n",
+                               "option passes 1.5\n", "option passes\n", "dump band plotNONE\n"};
+    for (const char* line : bad) {
+        test::Session s;
+        EXPECT_EQ(s.run(line), 1) << line;
+    }
+    test::Session s;
+    EXPECT_EQ(s.run("option seed 42\noption passes 3\n"), 0);
+    EXPECT_EQ(s.runner.desk.seed, 42u);
+    EXPECT_EQ(s.runner.desk.runpasses(), 3);
+}
+
 } // namespace
 } // namespace zelk
