@@ -12,6 +12,7 @@
 #include "analysis/plots.h"
 #include "analysis/statistics.h"
 #include "core/designstore.h"
+#include "core/framestate.h"
 #include "testsupport.h"
 
 namespace zelk {
@@ -269,6 +270,49 @@ TEST(Statistics, FileNewDuringARunLeavesNothingRunning) {
     ASSERT_EQ(s.run("event statistics Label5 click\n"), 0) << s.err.str();
     EXPECT_FALSE(stats.montecarlorunning);
     EXPECT_EQ(store.lastslot, -1);
+}
+
+// A desktop whose event loop closes a plot, or starts File New, during the third yield of
+// an unbounded run (and resets the window after 100 yields, should the run not stop).
+struct InterruptingDesktop : ScriptedDesktop {
+    void (*action)() = nullptr;
+    int yields = 0;
+    long runpasses() override { return 0; }
+    void yield() override {
+        ++yields;
+        if (yields == 3) action();
+        if (yields == 100) statistics.Label_Click(4);
+    }
+};
+
+TEST(Statistics, ClosingAPlotOrFileNewDuringARunStopsIt) {
+    struct Case {
+        void (*action)();
+        int lastslot;
+        bool nominal; // the remaining plot got the nominal curve
+    };
+    const Case cases[] = {{[] { plotPEG.unload(); }, 0, true}, {[] { newfilter_Click(); }, -1, false}};
+    for (const Case& c : cases) {
+        test::Session s;
+        ASSERT_EQ(s.run(std::string(chebyshevbp) + pegplot + "> Getdata: 8M 12M 0 -80\nPIG\nstatistical\n"), 0)
+            << s.err.str();
+        InterruptingDesktop d;
+        d.action = c.action;
+        d.queue.push_back({"Getdata", {"5", "5", "20", "5"}, false, 0, 0});
+        setdesktop(&d);
+        statistics.Label_Click(1);
+        setdesktop(&s.runner.desk);
+        EXPECT_EQ(d.yields, 3);
+        EXPECT_EQ(stats.passes, 3);
+        EXPECT_FALSE(stats.montecarlorunning);
+        EXPECT_EQ(store.lastslot, c.lastslot);
+        if (c.nominal) {
+            // The last curve drawn on the gain plot that stayed is the nominal one.
+            const auto* ops = &s.runner.desk.surfacefor(plotPIG).ops;
+            ASSERT_FALSE(ops->empty());
+            EXPECT_EQ(ops->back().colour, 0);
+        }
+    }
 }
 
 TEST(Statistics, BatchOptionsTakeWholeNumbersOnly) {
