@@ -534,6 +534,14 @@ bool PlotForm::redraw() {
     return true;
 }
 
+bool PlotForm::addpass(int s) {
+    const bool ok = timeplot() ? timepass(s) : frequencypass(s, quantity, slotcolour(s));
+    if (ok && passslots < s + 1) passslots = s + 1;
+    if (surface) surface->setcolour(BLACK);
+    refresh();
+    return ok;
+}
+
 bool PlotForm::frequencypass(int s, Quantity q, long colour) {
     double* w = xs[static_cast<size_t>(s)].data();
     double* v = values[static_cast<size_t>(s)].data();

@@ -81,6 +81,9 @@ class PlotForm : public Window {
     // Clears and draws everything: frame, then the pass of each open slot. False when a
     // sweep was aborted (the form is then unloaded).
     bool redraw();
+    // Adds the curve of slot s to the plot as it stands, without erasing (the passes of
+    // the statistical analysis). False when the sweep was aborted.
+    bool addpass(int s);
     // Lays the buttons out in the bottom strip and sets the frame geometry.
     void layout();
 

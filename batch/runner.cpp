@@ -235,6 +235,13 @@ void BatchRunner::event(const std::vector<std::string>& t) {
 }
 
 void BatchRunner::option(const std::vector<std::string>& t) {
+    if (t.size() == 3 && (t[1] == "seed" || t[1] == "passes")) {
+        if (t[2].empty() || t[2].size() > 18 || t[2].find_first_not_of("0123456789") != std::string::npos)
+            throw BatchStop{1, "option " + t[1] + " needs a whole number"};
+        if (t[1] == "seed") desk.seeded = true, desk.seed = std::stoull(t[2]);
+        else if ((desk.passes = std::stol(t[2])) < 1) throw BatchStop{1, "option passes needs 1 or more"};
+        return;
+    }
     if (t.size() != 3 || (t[2] != "on" && t[2] != "off")) throw BatchStop{1, "option NAME on|off"};
     MenuItem* m = findmenu(t[1]);
     const Command* c = findcommand(t[1]);

@@ -212,6 +212,10 @@ double ScriptedDesktop::rnd() {
     return std::uniform_real_distribution<double>(0.0, 1.0)(random_);
 }
 
+void ScriptedDesktop::randomize() {
+    random_.seed(seeded ? seed : static_cast<unsigned long long>(std::time(nullptr)));
+}
+
 std::string ScriptedDesktop::date() {
     std::time_t t = std::time(nullptr);
     std::tm tm{};

@@ -63,6 +63,13 @@ class ScriptedDesktop : public Desktop {
     void savesetting(const std::string& app, const std::string& section, const std::string& key,
                      const std::string& value) override;
     double rnd() override;
+    // Seeds from the clock, or from `seed` when the script fixed one (option seed N).
+    void randomize() override;
+    long runpasses() override { return passes; }
+    bool seeded = false;
+    unsigned long long seed = 0;
+    // Passes after which a statistical run stops itself (option passes N).
+    long passes = 1;
     std::string date() override;
     bool openurl(const std::string& url) override;
     bool startprogram(const std::string& path) override;

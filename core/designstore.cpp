@@ -41,6 +41,7 @@ void startvalues(int s) {
 void cleardipole(int d) { cleardipoleof(store.curslot, d); }
 
 void clearall() {
+    ++store.clears;
     if (schematichooks.clear) {
         schematichooks.clear(1);
         schematichooks.clear(0);

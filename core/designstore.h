@@ -115,6 +115,10 @@ struct DesignStore {
 
     // Tolerances of the statistics dialogs, reset by clearall.
     double Rtol = 1, Ltol = 1, Ctol = 1;
+    // The inductor Q tolerance: clearall leaves it as it was.
+    double Qtol = 0;
+    // How many times clearall has run: a long run sees a File New under it.
+    long clears = 0;
 };
 
 inline DesignStore store;

@@ -63,9 +63,17 @@ class Desktop {
 
     // A random number uniform on [0, 1), and today's date as the host prints it.
     virtual double rnd() = 0;
+    // Seeds the random source from the clock (a host may keep a fixed seed for tests).
+    virtual void randomize() {}
     virtual std::string date() = 0;
     // Gives way to the event loop.
     virtual void doevents() {}
+    // Gives way to the event loop with the user's input too, so that a click can stop a
+    // long run; by default the same as doevents.
+    virtual void yield() { doevents(); }
+    // The passes after which a statistical run stops itself as a second click would
+    // (a scripted host has no second click); 0 runs until stopped.
+    virtual long runpasses() { return 0; }
     // Busy cursor on and off during a long sweep.
     virtual void busy(bool) {}
 

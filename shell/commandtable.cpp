@@ -6,6 +6,7 @@
 
 #include "analysis/plots.h"
 #include "analysis/spiceexport.h"
+#include "analysis/statistics.h"
 #include "analysis/walkers.h"
 #include "core/commands.h"
 #include "core/designflow.h"
@@ -16,6 +17,7 @@
 #include "design/ellipticcmd.h"
 #include "design/lcflow.h"
 #include "design/padcmds.h"
+#include "design/qucmd.h"
 #include "design/selector.h"
 #include "design/tablecmds.h"
 #include "design/terminate.h"
@@ -29,6 +31,7 @@
 #include "schematic/schematicview.h"
 #include "schematic/structuraledits.h"
 #include "schematic/undo.h"
+#include "schematic/tolerance.h"
 #include "shell/frame.h"
 #include "shell/help.h"
 #include "synthesis/bwcheby.h"
@@ -138,6 +141,11 @@ const std::vector<Command>& commands() {
         {"USR", USR_Click, Plain},
         {"pr", pr_Click, Plain},
         {"TPR", TPR_Click, Plain},
+        {"statistical", statistical_Click, Plain},
+        // UTILITIES
+        {"qu", qu_Click, Plain},
+        {"tolerance", tolerance_Click, Plain},
+        {"standardT", standardT_Click, Plain},
         // DESIGN
         {"butterworth", butterworth_Click, Design},
         {"chebyshev", chebyshev_Click, Design},
@@ -191,6 +199,7 @@ const std::vector<DumpEntry>& dumps() {
         {"panel", dumppanel},
         {"report", dumpreport},
         {"curve", dumpcurve},
+        {"band", dumpband},
     };
     return t;
 }
@@ -226,6 +235,8 @@ void resetall() {
     resetschematic();
     norton = NortonWork{};
     resetplots();
+    standard.reset();
+    resetstatisticsall();
     trouble.reset();
     buildmenus();
     undoreset();

@@ -711,6 +711,17 @@ void QtDesktop::doevents() {
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }
 
+// A long run gives way with the user's input too: a click on its label stops it.
+void QtDesktop::yield() {
+    if (frame_) frame_->syncmenus();
+    QCoreApplication::processEvents(QEventLoop::AllEvents);
+}
+
+void QtDesktop::randomize() {
+    random_.seed(static_cast<unsigned long long>(
+        std::chrono::steady_clock::now().time_since_epoch().count()));
+}
+
 void QtDesktop::busy(bool on) {
     if (on) {
         ++busy_;

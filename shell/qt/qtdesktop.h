@@ -90,6 +90,8 @@ class QtDesktop : public Desktop {
     double rnd() override;
     std::string date() override;
     void doevents() override;
+    void yield() override;
+    void randomize() override;
     void busy(bool on) override;
     bool openurl(const std::string& url) override;
     bool startprogram(const std::string& path) override;
