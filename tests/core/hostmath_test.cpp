@@ -40,7 +40,8 @@ TEST(HostMath, FormatMasks) {
     EXPECT_EQ(Format(0.125, "#.#00"), ".125");
     EXPECT_EQ(Format(5.723998, "##.000"), "5.724");
     EXPECT_EQ(Format(5, "##.#"), "5.");
-    EXPECT_EQ(Format(12.345, "**.00"), "**12.35");
+    EXPECT_EQ(Format(12.345, "**.00"), "12.35"); // a star place prints as #
+    EXPECT_EQ(Format(0.5, "**.00"), ".50");
     EXPECT_EQ(Format(0.0047, "#.######"), ".0047");
     EXPECT_EQ(Format(999.9995, "###.###"), "1000.");
     EXPECT_EQ(Format(0.00004, "###.###"), ".");

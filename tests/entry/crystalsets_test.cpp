@@ -9,6 +9,7 @@
 #include "core/notation.h"
 #include "core/paths.h"
 #include "entry/crystalsets.h"
+#include "entry/nodalprompt.h"
 #include "entry/panel.h"
 #include "testsupport.h"
 
@@ -238,4 +239,13 @@ TEST(CrystalSets, SetFilesKeepOddValuesAsWritten) {
     EXPECT_EQ(back.Fs, odd.Fs);
     EXPECT_EQ(back.Qx, odd.Qx);
     EXPECT_EQ(back.Fp, -5);
+}
+
+TEST(NodalPrompt, AsksAgainUntilTheCoefficientIsBelowOne) {
+    test::Session s;
+    s.run("> Getdata: 1\n> Getdata: 1.5\n> Getdata: .35\n");
+    EXPECT_EQ(getM(), 0.35);
+    EXPECT_EQ(getdata.note(), "Enter a coefficient of coupling less than 1");
+    EXPECT_EQ(store.help1, "Nodal Capacitor Transform");
+    EXPECT_TRUE(s.runner.desk.queue.empty());
 }
