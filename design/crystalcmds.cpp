@@ -84,6 +84,7 @@ void getZ() {
     panelrow(2, "Zout", shown, "Output impedance");
     getdata.setnote("Click to toggle among the coupling options.");
     if (!panelshow()) return;
+    flow.cldefaults = false;
     s.Zin = panelvalue(0);
     s.Zout = panelvalue(1);
 }
