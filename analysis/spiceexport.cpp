@@ -73,8 +73,9 @@ void need(double v, int d, const char* field) {
 }
 
 // Writes dipole d of slot s between a and b (b is "0" for a shunt arm).
+// A tapped match in a shunt place moves the ladder on to an inner node: `moved` takes it.
 void writedipole(Net& n, const Dipole& dp, int d, bool shunt, const std::string& a,
-                 const std::string& b) {
+                 const std::string& b, std::string* moved = nullptr) {
     using Piece = Net::Piece;
     const int t = dp.type;
     // Inductor with the series loss of q(L,Q).
@@ -287,6 +288,25 @@ void writedipole(Net& n, const Dipole& dp, int d, bool shunt, const std::string&
     case 21:
     case 51: odd("ignores La and Qa and has no plain-part form"); break;
     case 44: odd("is a transformed arm with no plain-part form"); break;
+    case 57:
+    case 58: {
+        // Tapped match: shunt Ca, series C, shunt L (57) or shunt L, series C, shunt Ca
+        // (58); the next series arm starts at the node after C.
+        need(dp.L, d, "L"); need(dp.C, d, "C"); need(dp.Ca, d, "Ca");
+        if (!shunt || !moved) odd("is a tapped match with no plain-part form in this place");
+        const std::string m = n.node();
+        if (t == 57) {
+            Conly(dp.Ca)(a, b);
+            Conly(dp.C)(a, m);
+            Lq(dp.L, dp.Qu)(m, b);
+        } else {
+            Lq(dp.L, dp.Qu)(a, b);
+            Conly(dp.C)(a, m);
+            Conly(dp.Ca)(m, b);
+        }
+        *moved = m;
+        break;
+    }
     default: odd("is a transformer, composite or unused type with no plain-part form");
     }
 }
@@ -325,8 +345,9 @@ bool spicenetlist(int s, std::ostream& out, std::string& why, double F1, double 
             Net ns(body, d);
             writedipole(ns, ser, d, false, node, next);
             Net n(body, d + 1);
-            writedipole(n, sh, d + 1, true, next, "0");
-            node = next;
+            std::string after = next;
+            writedipole(n, sh, d + 1, true, next, "0", d + 1 == count ? nullptr : &after);
+            node = after;
         }
     } catch (const NotExportable& e) {
         why = e.why;

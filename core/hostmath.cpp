@@ -145,9 +145,14 @@ void splitrounded(double v, int decimals, std::string& intpart, std::string& fra
 
 } // namespace
 
-std::string Format(double v, std::string_view mask) {
+std::string Format(double v, std::string_view maskin) {
     // An infinite or undefined value has no digits for the mask to place.
     if (!std::isfinite(v)) return Str(v);
+    // A '*' digit place (the "**.00" mask) prints as '#' does.
+    std::string starless(maskin);
+    for (char& c : starless)
+        if (c == '*') c = '#';
+    std::string_view mask = starless;
     size_t dot = mask.find('.');
     std::string_view imask = mask.substr(0, dot);
     std::string_view fmask = dot == std::string_view::npos ? std::string_view{} : mask.substr(dot + 1);

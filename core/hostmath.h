@@ -37,7 +37,7 @@ std::string faultdescription(int number);
 // Reading stops at the first other character; no number gives 0.
 double Val(std::string_view text);
 
-// Format masks ("###.###", "##.#", "#.#00", "##.000", "**.00"): round half away from
+// Format masks ("###.###", "##.#", "#.#00", "##.000", "**.00", where * is #): round half away from
 // zero at the mask's last digit, applied to the value first rounded to 15 significant
 // digits. '#' prints no leading or trailing zero, '0' forces a digit, the point is always
 // printed, integer digits beyond the mask are all printed. Other characters are literal.

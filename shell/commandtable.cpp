@@ -13,6 +13,7 @@
 #include "core/designstore.h"
 #include "core/dipoles.h"
 #include "design/coupledcmds.h"
+#include "design/crystalcmds.h"
 #include "design/designfiles.h"
 #include "design/ellipticcmd.h"
 #include "design/lcflow.h"
@@ -21,6 +22,7 @@
 #include "design/selector.h"
 #include "design/tablecmds.h"
 #include "design/terminate.h"
+#include "entry/crystalsets.h"
 #include "entry/designtitle.h"
 #include "entry/panel.h"
 #include "schematic/autotransformer.h"
@@ -36,6 +38,7 @@
 #include "shell/help.h"
 #include "synthesis/bwcheby.h"
 #include "synthesis/coupled.h"
+#include "synthesis/crystal.h"
 #include "synthesis/ellipticproto.h"
 #include "synthesis/pads.h"
 #include "synthesis/tables.h"
@@ -166,6 +169,16 @@ const std::vector<Command>& commands() {
         {"LP5CR", LP5CR_Click, Design},
         {"Gaussian6CR", Gaussian6CR_Click, Design},
         {"gaussian12CR", gaussian12CR_Click, Design},
+        {"BCL", BCL_Click, Design},
+        {"CCL", CCL_Click, Design},
+        {"MCL", MCL_Click, Design},
+        {"BesselCL", BesselCL_Click, Design},
+        {"GaussianCL", GaussianCL_Click, Design},
+        {"legendreCL", legendreCL_Click, Design},
+        {"LP05CL", LP05CL_Click, Design},
+        {"LP5CL", LP5CL_Click, Design},
+        {"TG6", TG6_Click, Design},
+        {"TG12", TG12_Click, Design},
         {"attnp", attnp_Click, Design},
         {"attnt", attnt_Click, Design},
         // UTILITIES
@@ -181,6 +194,7 @@ const std::vector<Command>& commands() {
         // HELP and WINDOW
         {"helper", helper_Click, Plain},
         {"calculator", calculator_Click, Plain},
+        {"savecrystaldata", savecrystaldata_Click, Plain},
         {"aboutfilter", aboutfilter_Click, Plain},
         {"troubleshoot", troubleshoot_Click, Plain},
         {"update", update_Click, Plain},
@@ -224,12 +238,14 @@ void resetall() {
     elliptic = EllipticWork{};
     pad = PadWork{};
     coupled = CoupledWork{};
+    crystalwork = CrystalWork{};
     closetablefile();
     tables.tabratio = 0;
     selfunction.reset();
     terminatewindow.reset();
     resetpanel();
     designtitlewindow.reset();
+    resetcrystalsets();
     report = ReportState{};
     inductorswindow.reset();
     resetschematic();

@@ -1,0 +1,212 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "core/designflow.h"
+#include "core/designstore.h"
+#include "core/hostmath.h"
+#include "synthesis/bwcheby.h"
+#include "synthesis/crystal.h"
+#include "testsupport.h"
+
+using namespace zelk;
+
+namespace {
+
+constexpr double pi = 3.141592654;
+
+// A fresh program with slot 0 holding a 10 MHz crystal and a ladder of order n, bw in hertz.
+struct Ladder : test::Session {
+    Ladder(int n, double bwhz = 2000) {
+        store.curslot = store.lastslot = 0;
+        DesignSlot& s = slot(0);
+        const double w = 6.283185308 * 10e6;
+        s.Qx = 200000;
+        s.Rs = 6.3;
+        s.Fs = 10e6;
+        s.Cp = 2.8e-12;
+        s.Ls = 200000 * 6.3 / w;
+        s.Cs = 1 / w / w / double(s.Ls);
+        s.order = n;
+        s.bw = bwhz * 6.283185308;
+    }
+    DesignSlot& s() { return slot(0); }
+    std::vector<int> types() {
+        std::vector<int> t;
+        for (int d = 1; d <= s().count(); ++d) t.push_back(s().dip(d).type);
+        return t;
+    }
+};
+
+// Butterworth couplings from the closed form: 1 / sqrt(g[i] g[i+1]), g[k] = 2 sin((2k-1) pi / 2n).
+double butterworthk(int i, int n) {
+    auto g = [n](int k) { return 2 * std::sin((2 * k - 1) * pi / (2 * n)); };
+    return 1 / std::sqrt(g(i) * g(i + 1));
+}
+
+struct ModeCase {
+    const char* mode;
+    std::vector<int> types;
+};
+class CouplingModes : public testing::TestWithParam<ModeCase> {};
+
+} // namespace
+
+TEST_P(CouplingModes, GiveTheirDipoleTypesAndCouplingValues) {
+    const ModeCase& m = GetParam();
+    Ladder l(4);
+    flow.Qdesign = 150;
+    BCLterms();
+    crystaldesignvalues();
+    crystalladder(m.mode);
+    EXPECT_EQ(l.types(), m.types);
+    DesignSlot& s = l.s();
+    const double w0 = 1 / std::sqrt(s.Ls * s.Cs), bw = s.bw;
+    EXPECT_NEAR(s.r0, bw * s.Ls / (2 * std::sin(pi / 8)), 1e-9 * s.r0);
+    const bool capacitive = m.mode[1] == 'C';
+    for (int i = 1; i <= 3; ++i) {
+        const Dipole& c = s.dip(2 * i + 2);
+        const double k = butterworthk(i, 4);
+        if (capacitive) EXPECT_NEAR(c.C, s.Cs * w0 / k / bw, 1e-9 * c.C) << i;
+        else {
+            EXPECT_NEAR(c.L, s.Ls / w0 * k * bw, 1e-9 * c.L) << i;
+            EXPECT_EQ(c.Qu, 150);
+        }
+    }
+    // Every crystal carries the design crystal.
+    for (int d = 3; d <= 9; d += 2) EXPECT_EQ(s.dip(d).Ls, double(s.Ls));
+    if (std::string(m.mode) == "TL") {
+        // Each crystal resonates with the coupling inductors at its nodes.
+        const double w2 = w0 * w0;
+        EXPECT_NEAR(s.dip(3).C, 1 / (w2 * s.dip(4).L), 1e-9 * s.dip(3).C);
+        EXPECT_NEAR(s.dip(5).C, 1 / (w2 * (s.dip(4).L + s.dip(6).L)), 1e-9 * s.dip(5).C);
+        EXPECT_NEAR(s.dip(9).C, 1 / (w2 * s.dip(8).L), 1e-9 * s.dip(9).C);
+    }
+    if (std::string(m.mode) == "TC") {
+        // End trimmers bring the end nodes to the node capacitance of the first node: in
+        // a symmetric ladder the series of C4 and C6 against C4 alone gives back C6.
+        EXPECT_NEAR(s.dip(3).C, s.dip(6).C, 1e-6 * s.dip(6).C);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Crystal, CouplingModes,
+                         testing::Values(ModeCase{"UC", {1, 38, 7, 33, 7, 33, 7, 33, 7, 31}},
+                                         ModeCase{"UL", {1, 38, 7, 32, 7, 32, 7, 32, 7, 31}},
+                                         // The middle nodes already hold Cnode: no trimmer.
+                                         ModeCase{"TC", {1, 38, 16, 33, 7, 33, 7, 33, 16, 31}},
+                                         ModeCase{"TL", {1, 38, 16, 32, 16, 32, 16, 32, 16, 31}}));
+
+TEST(Crystal, QTestPassesAtExactlyTwiceTheOrder) {
+    // (Qx bw) / Fs against 2n, bw in rad/s: Qx 200000, Fs 10 MHz, n 4 -> bw 400 rad/s.
+    Ladder l(4);
+    l.s().bw = 400;
+    EXPECT_TRUE(crystalQsufficient());
+    l.s().bw = 399.999;
+    EXPECT_FALSE(crystalQsufficient());
+    EXPECT_DOUBLE_EQ(narrowestbandwidth(), 2 * 4 * 10e6 / 200000);
+}
+
+TEST(Crystal, MinimumLossTermsAreEqualCouplings) {
+    Ladder l(4);
+    MCLterms();
+    const double h = std::pow(2.0, 0.25) / 2;
+    EXPECT_NEAR(prototerms.g1term, 1 / h, 1e-12);
+    EXPECT_NEAR(prototerms.gnterm, 1 / h, 1e-12);
+    for (int i = 1; i <= 3; ++i) EXPECT_NEAR(crystalwork.kcrystal[static_cast<size_t>(i)], h, 1e-12);
+}
+
+TEST(Crystal, OrderTwoTunedLaddersTrimBothCrystals) {
+    {
+        Ladder l(2);
+        BCLterms();
+        crystaldesignvalues();
+        crystalladder("TL");
+        EXPECT_EQ(l.types(), (std::vector<int>{1, 38, 16, 32, 16, 31}));
+        const double w0 = l.s().w0;
+        EXPECT_NEAR(l.s().dip(5).C, 1 / (w0 * w0 * l.s().dip(4).L), 1e-9 * l.s().dip(5).C);
+    }
+    {
+        // In capacitor coupling the node capacitance takes the load's C of 0 as the second
+        // coupling: the host's division fault.
+        Ladder l(2);
+        BCLterms();
+        crystaldesignvalues();
+        try {
+            crystalladder("TC");
+            FAIL() << "no fault";
+        } catch (const RuntimeFault& f) {
+            EXPECT_EQ(f.number, 11);
+        }
+    }
+}
+
+TEST(Crystal, ATrimmerOutOfRangeLeavesTheCrystalBare) {
+    // Order 4, couplings chosen so that node 7 needs 1 / (1/C4 - 1/C8): with C8 = 2 C4 the
+    // trimmer is C8, in range; with C8 a hair above C4 it is far above 1000 Cnode.
+    for (auto [k3, trimmed] : {std::pair{0.25, true}, {0.4999999, false}}) {
+        Ladder l(4);
+        BCLterms();
+        crystaldesignvalues();
+        crystalwork.kcrystal = {};
+        crystalwork.kcrystal[1] = 0.5, crystalwork.kcrystal[2] = 0.7, crystalwork.kcrystal[3] = k3;
+        crystalladder("TC");
+        const Dipole& x = l.s().dip(7);
+        EXPECT_EQ(x.type, trimmed ? 16 : 7) << k3;
+        if (trimmed) EXPECT_NEAR(x.C, l.s().dip(8).C, 1e-6 * x.C);
+        EXPECT_EQ(l.s().dip(9).type, 16);
+    }
+}
+
+TEST(Crystal, TapsTakeTheEndTrimmerInBothForms) {
+    struct Case {
+        bool input;
+        double z;
+        int type;
+    };
+    // r0 of this ladder is about 252 ohms.
+    const Case cases[] = {{true, 50, 57}, {true, 1000, 58}, {false, 50, 58}, {false, 1000, 57}};
+    for (const Case& c : cases) {
+        Ladder l(3);
+        flow.Qdesign = 90;
+        BCLterms();
+        crystaldesignvalues();
+        crystalladder("TL");
+        DesignSlot& s = l.s();
+        const int end = c.input ? 3 : 7;
+        const double trim = s.dip(end).C, r0 = s.r0, w0 = s.w0;
+        const double t = std::sqrt(r0 / c.z);
+        if (c.input) crystaltapinput(c.z);
+        else crystaltapoutput(c.z);
+        const Dipole& tap = s.dip(c.input ? 2 : 8);
+        EXPECT_EQ(tap.type, c.type) << c.z;
+        EXPECT_NEAR(tap.C, t * trim, 1e-12 * trim);
+        EXPECT_NEAR(tap.Ca, (t > 1 ? t * (t - 1) : 1 - t) * trim, 1e-9 * trim);
+        const double L = t > 1 ? -1 / (w0 * w0 * (1 - t) * trim) : -1 / (w0 * w0 * t * (t - 1) * trim);
+        EXPECT_NEAR(tap.L, L, 1e-9 * std::abs(L));
+        EXPECT_EQ(tap.Qu, 90);
+        EXPECT_EQ(s.dip(end).type, 7);
+        EXPECT_EQ(s.dip(end).C, 0);
+        if (!c.input) {
+            EXPECT_EQ(s.count(), 10);
+            EXPECT_EQ(s.dip(8).R, 0);
+            EXPECT_EQ(s.dip(9).type, 6);
+            EXPECT_EQ(s.dip(10).type, 31);
+            EXPECT_EQ(s.dip(10).R, c.z);
+        }
+    }
+}
+
+TEST(Crystal, ATapOnABareCrystalIsTheHostsDivisionFault) {
+    Ladder l(3);
+    BCLterms();
+    crystaldesignvalues();
+    crystalladder("UC"); // no trimmers: C of the end crystal is 0
+    try {
+        crystaltapinput(50);
+        FAIL() << "no fault";
+    } catch (const RuntimeFault& f) {
+        EXPECT_EQ(f.number, 11);
+    }
+}
