@@ -6,6 +6,7 @@
 #include "analysis/walkers.h"
 #include "core/commands.h"
 #include "core/desktop.h"
+#include "core/framestate.h"
 #include "core/surface.h"
 #include "core/notation.h"
 
@@ -214,6 +215,7 @@ void PlotForm::deactivate() {
     // The plot goes away: its print and clipboard items go off with it.
     setenabled(printitem, false);
     setenabled(clipitem, false);
+    setenabled(exportitem(printitem), false);
     shown = false;
     overlay.on = false;
     leftpressed = false;
@@ -529,6 +531,7 @@ bool PlotForm::redraw() {
         return false;
     }
     if (!plotshared.fixedscale) finishranging();
+    if (!timeplot()) plotshared.lastfrequencyplot = formname;
     if (surface) surface->setcolour(BLACK);
     refresh();
     return true;

@@ -27,6 +27,9 @@ struct PlotShared {
     bool fixedscale = false;
     // The main frame's client area, twips (the desktop binding may set it).
     double frameclientwidth = 15360, frameclientheight = 11520;
+    // The form name of the last frequency plot drawn to the end; the Touchstone export
+    // sweeps its span while it is open.
+    std::string lastfrequencyplot;
 };
 inline PlotShared plotshared;
 

@@ -5,6 +5,7 @@
 
 #include "core/commands.h"
 #include "core/desktop.h"
+#include "core/framestate.h"
 #include "core/notation.h"
 #include "entry/panel.h"
 #include "schematic/report.h"
@@ -91,6 +92,7 @@ void drawplot(PlotForm& p) {
     p.shown = true;
     setenabled(p.printitem, true);
     setenabled(p.clipitem, true);
+    setenabled(exportitem(p.printitem), true);
 }
 
 // getplotdata: the gain and return-loss prompt. False when cancelled.

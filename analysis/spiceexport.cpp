@@ -1,13 +1,13 @@
 #include "analysis/spiceexport.h"
 
 #include <cmath>
-#include <fstream>
 #include <functional>
 #include <sstream>
 #include <vector>
 
 #include "core/commands.h"
 #include "core/designstore.h"
+#include "core/filewrite.h"
 #include "core/hostmath.h"
 #include "core/notation.h"
 
@@ -393,10 +393,8 @@ bool exportspice(const std::vector<std::string>& args, std::ostream& err) {
         err << "export spice: not exportable: " << why << '\n';
         return false;
     }
-    std::ofstream f(args[0], std::ios::trunc);
-    f << deck.str();
-    if (!f) {
-        err << "export spice: cannot write " << args[0] << '\n';
+    if (!writefilesafely(args[0], deck.str(), why)) {
+        err << "export spice: " << why << '\n';
         return false;
     }
     return true;

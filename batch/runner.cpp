@@ -176,20 +176,6 @@ void BatchRunner::dump(const std::vector<std::string>& t) {
 
 void BatchRunner::exportfile(const std::vector<std::string>& t) {
     if (t.size() < 3) throw BatchStop{1, "export needs a kind and a file"};
-    if (t[1] == "svg") {
-        if (t.size() != 4) throw BatchStop{1, "export svg WINDOW FILE"};
-        Window* w = findwindow(t[2]);
-        if (!w) throw BatchStop{1, "unknown window " + t[2]};
-        if (!w->draws) throw BatchStop{1, "window " + t[2] + " has no drawing surface"};
-        if (!w->loaded) throw BatchStop{1, "window " + t[2] + " is not open"};
-        RecordingSurface& s = desk.surfacefor(*w);
-        std::optional<std::string> path = readpath(t[3]);
-        if (!path) throw BatchStop{1, "export svg needs a file name"};
-        std::ofstream out(*path, std::ios::trunc);
-        out << s.svg();
-        if (!out) throw BatchStop{1, "cannot write " + *path};
-        return;
-    }
     ExportHandler h = findexport(t[1]);
     if (!h) throw BatchStop{1, "unknown export " + t[1]};
     std::vector<std::string> args;

@@ -1,5 +1,7 @@
 #include "batch/scripteddesktop.h"
 
+#include "batch/cairopicture.h"
+
 #include <chrono>
 #include <ctime>
 #include <filesystem>
@@ -38,6 +40,15 @@ bool ScriptedDesktop::take(const std::string& window, QueuedAnswer& out, bool ma
     }
     if (mayskip) return false;
     unanswered(window);
+}
+
+bool ScriptedDesktop::picture(Window& w, const std::string& format, std::string& bytes, std::string& why) {
+    const RecordingSurface& rec = surfacefor(w);
+    if (format == "svg") {
+        bytes = rec.svg();
+        return true;
+    }
+    return cairopicture(rec, format, bytes, why);
 }
 
 RecordingSurface& ScriptedDesktop::surfacefor(Window& w) {

@@ -76,6 +76,8 @@ class ScriptedDesktop : public Desktop {
     void printwindow(Window&) override {}
     void clipboardwindow(Window&) override {}
     void printersetup() override {}
+    // SVG from the recording; PDF and PNG drawn by cairo.
+    bool picture(Window& w, const std::string& format, std::string& bytes, std::string& why) override;
     std::string programdir() override { return programdir_; }
     std::string userdatadir() override { return userdatadir_; }
 

@@ -86,6 +86,11 @@ class Desktop {
     virtual void printwindow(Window& w) = 0;
     virtual void clipboardwindow(Window& w) = 0;
     virtual void printersetup() = 0;
+    // A window's surface as a picture file in memory: `format` "svg", "pdf" or "png".
+    // Vector formats keep the lines and texts as such. False, with the reason in `why`,
+    // when this desktop cannot make that format. The default makes SVG of a recording
+    // surface only.
+    virtual bool picture(Window& w, const std::string& format, std::string& bytes, std::string& why);
 
     // The folder that holds tables/ (programdir), and the user's writable folders.
     virtual std::string programdir() = 0;

@@ -16,6 +16,8 @@ const char* const plotnames[15] = {"PEG", "PIG", "VEG", "VIG", "CEG", "CIG", "in
 const char* const printnames[15] = {"pPEG", "pPIG", "pVEG", "pVIG",  "pCEG", "pCIG", "pZin", "pZout",
                                     "pRL",  "pPhase", "pGD", "pIR", "pUSR", "pPR",  "pTPR"};
 
+std::string exportitem(const std::string& printitem) { return "x" + printitem.substr(1); }
+
 namespace {
 
 // The groups that updatemenus names together.
@@ -27,7 +29,7 @@ const char* const designitems[] = {"butterworth", "chebyshev", "elliptic", "Bess
                                    "attnp", "attnt"};
 const char* const displayoptions[] = {"partslist", "nano", "Showxtal", "showtuning", "showcoil", "sfp"};
 const char* const singledesign[] = {"append", "insert", "qu", "tzfm", "tolerance", "standardT", "statistical"};
-const char* const alwayson[] = {"delete", "printerSU", "printfilter", "clip", "exitfilter", "analysis"};
+const char* const alwayson[] = {"delete", "printerSU", "printfilter", "clip", "exitfilter", "analysis", "export"};
 
 template <size_t N>
 void setall(const char* const (&names)[N], bool on) {
@@ -37,6 +39,9 @@ void setall(const char* const (&names)[N], bool on) {
 } // namespace
 
 void updatemenus() {
+    // The design's own exports need a design; the window exports follow their windows.
+    setenabled("xTouchstone", store.lastslot >= 0);
+    setenabled("xSpice", store.lastslot >= 0);
     if (store.lastslot < 0) {
         setenabled("openfilter", true);
         setenabled("savefilter", false);
@@ -47,7 +52,9 @@ void updatemenus() {
             setenabled(c, false);
             c[0] = 'c';
             setenabled(c, false);
+            setenabled(exportitem(printnames[i]), false);
         }
+        setenabled("xSch", false);
         setenabled("undo", false);
         setenabled("enter", true);
         setall(singledesign, false);

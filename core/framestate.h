@@ -27,6 +27,8 @@ inline FrameState frame;
 // clipboard entries are the same names with c for p).
 extern const char* const plotnames[15];
 extern const char* const printnames[15];
+// The FILE > Export entry of a plot, named after its print entry ("pPEG" -> "xPEG").
+std::string exportitem(const std::string& printitem);
 
 // What the core asks of the schematic windows, set by the shell at reset.
 struct SchematicHooks {

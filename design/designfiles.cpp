@@ -507,7 +507,10 @@ void openfilter_Click() {
         store.lastslot = static_cast<short>(store.lastslot + 1);
         store.curslot = store.lastslot;
     });
-    quiet([] { setenabled("pSch", store.lastslot <= 0); });
+    quiet([] {
+        setenabled("pSch", store.lastslot <= 0);
+        setenabled("xSch", store.lastslot <= 0);
+    });
     quiet([&] {
         int s = store.curslot;
         // The slot's schematic window is captioned with the title as soon as it is read.

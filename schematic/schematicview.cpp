@@ -322,6 +322,7 @@ void SchematicWindow::closebox() {
     newfilter_Click();
     updatemenus();
     setenabled("pSch", false);
+    setenabled("xSch", false);
     sethelp("Use [File  Open]  to load an existing schematic file from disk.",
             "Use [Utilities  Enter Design]  to enter a schematic from a book or magazine.",
             "Use [Design  filter type] to design a filter to your specifications.",
@@ -406,6 +407,7 @@ void schematicbuild() {
     updatemenus();
     schem.schematicexists = true;
     setenabled("pSch", true);
+    setenabled("xSch", true);
 }
 
 void schematicclear(int s) {

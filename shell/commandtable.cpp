@@ -4,6 +4,7 @@
 // table to its state at program start.
 #include <vector>
 
+#include "analysis/dataexport.h"
 #include "analysis/plots.h"
 #include "analysis/spiceexport.h"
 #include "analysis/statistics.h"
@@ -34,6 +35,7 @@
 #include "schematic/structuraledits.h"
 #include "schematic/undo.h"
 #include "schematic/tolerance.h"
+#include "shell/exports.h"
 #include "shell/frame.h"
 #include "shell/help.h"
 #include "synthesis/bwcheby.h"
@@ -60,6 +62,7 @@ template <void (*F)()> void editentry() {
 // A plot's print and clipboard entries.
 template <PlotForm* P> void printentry() { printplot(*P); }
 template <PlotForm* P> void clipentry() { clipplot(*P); }
+template <PlotForm* P> void exportentry() { exportplot_Click(P->formname); }
 
 // An Options menu item that changes what the schematic shows.
 template <const char* Item> void displayentry() { displayoption_Click(Item); }
@@ -82,6 +85,8 @@ const std::vector<Command>& commands() {
         {"append", append_Click, Plain},
         {"insert", insert_Click, Plain},
         {"exitfilter", exitfilter_Click, Plain},
+        {"printerSU", printerSU_Click, Plain},
+        {"pSch", pSch_Click, Plain},
         {"pPEG", printentry<&plotPEG>, Plain},
         {"pPIG", printentry<&plotPIG>, Plain},
         {"pVEG", printentry<&plotVEG>, Plain},
@@ -128,6 +133,24 @@ const std::vector<Command>& commands() {
         {"ungroupR", editentry<ungroupR_Click>, Edit},
         {"norton", editentry<norton_Click>, Edit},
         {"auto", editentry<auto_Click>, Edit},
+        {"xSch", xSch_Click, Plain},
+        {"xPEG", exportentry<&plotPEG>, Plain},
+        {"xPIG", exportentry<&plotPIG>, Plain},
+        {"xVEG", exportentry<&plotVEG>, Plain},
+        {"xVIG", exportentry<&plotVIG>, Plain},
+        {"xCEG", exportentry<&plotCEG>, Plain},
+        {"xCIG", exportentry<&plotCIG>, Plain},
+        {"xZin", exportentry<&plotZin>, Plain},
+        {"xZout", exportentry<&plotZout>, Plain},
+        {"xRL", exportentry<&PLOTRL>, Plain},
+        {"xPhase", exportentry<&PLOTPHASE>, Plain},
+        {"xGD", exportentry<&PLOTGD>, Plain},
+        {"xIR", exportentry<&PLOTIR>, Plain},
+        {"xUSR", exportentry<&PLOTSR>, Plain},
+        {"xPR", exportentry<&PLOTPR>, Plain},
+        {"xTPR", exportentry<&PLOTTP>, Plain},
+        {"xTouchstone", xTouchstone_Click, Plain},
+        {"xSpice", xSpice_Click, Plain},
         // ANALYZE
         {"PEG", PEG_Click, Plain},
         {"PIG", PIG_Click, Plain},
@@ -221,6 +244,11 @@ const std::vector<DumpEntry>& dumps() {
 const std::vector<ExportEntry>& exports() {
     static const std::vector<ExportEntry> t = {
         {"spice", exportspice},
+        {"svg", exportsvg},
+        {"pdf", exportpdf},
+        {"png", exportpng},
+        {"touchstone", exporttouchstone},
+        {"csv", exportcsv},
     };
     return t;
 }

@@ -44,6 +44,11 @@ void filemenu() {
         name[0] = 'c';
         addmenu(name, plotcaptions[i], "clip");
     }
+    // The drawings and numbers of the design for other programs.
+    addmenu("export", "E&xport", "file");
+    addmenu("xSch", "Schematic...", "export");
+    for (int i = 0; i < 15; ++i) addmenu(exportitem(printnames[i]), std::string(plotcaptions[i]) + "...", "export");
+    items("export", {{"xTouchstone", "Touchstone S-Parameters..."}, {"xSpice", "SPICE Netlist..."}});
     addmenu("exitfilter", "&Exit", "file");
 }
 

@@ -9,5 +9,5 @@ $SUDO apt-get install -y -q --no-install-recommends \
     build-essential cmake pkg-config ccache \
     libgtest-dev libgmock-dev libbenchmark-dev \
     qt6-base-dev qt6-base-dev-tools libgl-dev \
-    ngspice \
+    ngspice libcairo2-dev poppler-utils python3-scikit-rf python3-numpy \
     clang libclang-rt-dev llvm

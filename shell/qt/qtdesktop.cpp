@@ -19,6 +19,10 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPainter>
+#include <QBuffer>
+#include <QMimeData>
+#include <QPageSetupDialog>
+#include <QPdfWriter>
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QProcess>
@@ -750,33 +754,87 @@ QPrinter& QtDesktop::printer() {
     return *printer_;
 }
 
+void QtDesktop::printsurface(Window& w, QPagedPaintDevice& device) {
+    const RecordingSurface& rec = surfacefor(w).recording();
+    const double u = rec.unit() > 0 ? rec.unit() : 1;
+    const double W = std::max(1.0, rec.scalewidth() / u), H = std::max(1.0, rec.scaleheight() / u);
+    QPainter p(&device);
+    // The painter's window is the printable area in device pixels; the surface's pixels
+    // are scaled to fill it with the aspect kept, from the top left corner.
+    const QRect page = p.viewport();
+    const double scale = std::min(page.width() / W, page.height() / H);
+    p.scale(scale, scale);
+    p.setClipRect(QRectF(0, 0, W, H));
+    replay(rec, p);
+}
+
 void QtDesktop::printwindow(Window& w) {
     if (!w.draws) return;
-    // Repaint first so that a window that just hid its buttons prints without them; the
-    // surface never holds the buttons or the overlay anyway.
-    QPrintDialog dlg(&printer(), frame_);
-    dlg.setWindowTitle(qs("Print " + w.caption));
-    if (dlg.exec() != QDialog::Accepted) return;
-    QPainter p(&printer());
-    const QPixmap& pm = surfacefor(w).pixmap();
-    // The surface at the size it has on the screen, scaled to the printer's resolution.
-    double scale = printer().resolution() / static_cast<double>(frame_ ? frame_->logicalDpiX() : 96);
-    p.scale(scale, scale);
-    p.drawPixmap(0, 0, pm);
+    // The buttons and the cursor bar are no part of the surface: the replay of its
+    // recording holds the frame, the curves and the labels only.
+    if (askprinter) {
+        QPrintDialog dlg(&printer(), frame_);
+        dlg.setWindowTitle(qs("Print " + w.caption));
+        int ok = dlg.exec();
+        afterevent();
+        if (ok != QDialog::Accepted) return;
+    }
+    printsurface(w, printer());
 }
 
 void QtDesktop::clipboardwindow(Window& w) {
     if (!w.draws) return;
     QClipboard* c = QGuiApplication::clipboard();
     c->clear();
-    c->setImage(surfacefor(w).pixmap().toImage());
+    // A bitmap for every program, and the same drawing as SVG for those that take it
+    // (office documents paste it sharp at any size).
+    auto* data = new QMimeData;
+    data->setImageData(surfacefor(w).pixmap().toImage());
+    data->setData("image/svg+xml", QByteArray::fromStdString(surfacefor(w).recording().svg()));
+    c->setMimeData(data);
 }
 
 void QtDesktop::printersetup() {
-    // A cancel in the printer dialog is ignored.
-    QPrintDialog dlg(&printer(), frame_);
+    // The page setup of the printer the print entries use; a cancel changes nothing.
+    QPageSetupDialog dlg(&printer(), frame_);
     dlg.setWindowTitle("Printer Setup");
     dlg.exec();
+    afterevent();
+}
+
+bool QtDesktop::picture(Window& w, const std::string& format, std::string& bytes, std::string& why) {
+    if (!w.draws) {
+        why = "the window has no drawing";
+        return false;
+    }
+    PixmapSurface& s = surfacefor(w);
+    if (format == "svg") {
+        bytes = s.recording().svg();
+        return true;
+    }
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    if (format == "png") {
+        if (!s.pixmap().save(&buffer, "PNG")) {
+            why = "cannot make the PNG image";
+            return false;
+        }
+    } else if (format == "pdf") {
+        // One page the size of the window at 96 pixels to the inch, no margins.
+        const RecordingSurface& rec = s.recording();
+        const double u = rec.unit() > 0 ? rec.unit() : 1;
+        QPdfWriter pdf(&buffer);
+        pdf.setCreator("ZELK Filter Design");
+        pdf.setTitle(qs(w.caption));
+        pdf.setPageSize(QPageSize(QSizeF(rec.scalewidth() / u * 0.75, rec.scaleheight() / u * 0.75), QPageSize::Point));
+        pdf.setPageMargins(QMarginsF(0, 0, 0, 0));
+        printsurface(w, pdf);
+    } else {
+        why = "no picture format " + format;
+        return false;
+    }
+    bytes = buffer.data().toStdString();
+    return true;
 }
 
 std::string QtDesktop::programdir() {

@@ -14,6 +14,7 @@
 
 class QAction;
 class QEventLoop;
+class QPagedPaintDevice;
 class QLabel;
 class QMdiArea;
 class QMenu;
@@ -98,6 +99,7 @@ class QtDesktop : public Desktop {
     void printwindow(Window& w) override;
     void clipboardwindow(Window& w) override;
     void printersetup() override;
+    bool picture(Window& w, const std::string& format, std::string& bytes, std::string& why) override;
     std::string programdir() override;
     std::string userdatadir() override;
 
@@ -114,6 +116,14 @@ class QtDesktop : public Desktop {
     // First start: with no options in the settings store at all, the installation's
     // choices (Help Line, Parts List, Show Filter Parameters) are written once.
     static void installdefaults();
+    // The printer the print entries use, set up by Printer Setup and the print dialog.
+    QPrinter& printer();
+    // False: the print entries print to printer() as it is set, without the print dialog
+    // (tests print to a PDF file this way).
+    bool askprinter = true;
+    // Draws window w onto the printer's page as lines and texts, scaled to the page with
+    // its aspect kept. The page is the printer's current one.
+    void printsurface(Window& w, QPagedPaintDevice& device);
 
   private:
     struct View {
@@ -135,7 +145,6 @@ class QtDesktop : public Desktop {
     WindowDialog* makedialog(Window& w);
     void placepanel(QWidget* d, Window& w);
     void syncall();
-    QPrinter& printer();
 };
 
 } // namespace zelk::qt

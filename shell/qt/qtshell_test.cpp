@@ -6,6 +6,10 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QClipboard>
+#include <QImage>
+#include <QMimeData>
+#include <QPrinter>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -20,6 +24,7 @@
 #include <QSettings>
 #include <QTest>
 #include <QTimer>
+#include <cstdlib>
 #include <deque>
 #include <functional>
 #include <sstream>
@@ -496,6 +501,132 @@ TEST(QtShell, ScreenshotTour) {
     shoot("tour-3-plots.png");
     desk.showhelp(QString::fromStdString(helppagepath(HELPFILE)));
     shoot("tour-4-help.png");
+    frame.designsaved = true;
+    delete f;
+    setdesktop(nullptr);
+}
+
+// The print entries of a plot and of the schematic printed to a PDF file through the same
+// code as from the menu (the dialog left out), rendered by pdftoppm: lines and texts on
+// the page, the labels in it, no button caption; the buttons are up again afterwards.
+// Then the Export entries write every format through the file dialog.
+TEST(QtShell, PrintAndExportEntries) {
+    if (std::system("pdftoppm -v > /dev/null 2>&1") != 0) GTEST_SKIP() << "pdftoppm (poppler-utils) is not installed";
+    QSettings("filter", "filter").clear();
+    QtDesktop desk;
+    DesignFrame* f = desk.start();
+    f->show();
+    Clicker c(desk);
+    c.steps.push_back({"selfunction", [](QWidget* v) {
+                           QTest::mouseClick(button(v, "selection(0)"), Qt::LeftButton);
+                           QTest::mouseClick(button(v, "selection(4)"), Qt::LeftButton);
+                       }});
+    c.steps.push_back({"Getdata", [](QWidget* v) {
+                           typeinto(v, 0, "10M");
+                           typeinto(v, 1, "15M");
+                           typeinto(v, 2, "3");
+                           typeinto(v, 3, "");
+                           typeinto(v, 4, "5");
+                           QTest::mouseClick(button(v, "accept"), Qt::LeftButton);
+                       }});
+    c.steps.push_back({"Getdata", [](QWidget* v) { QTest::mouseClick(button(v, "accept"), Qt::LeftButton); }});
+    c.steps.push_back({"designtitle", [](QWidget* v) {
+                           auto* e = v->findChild<QLineEdit*>("Text1");
+                           e->selectAll();
+                           QTest::keyClicks(e, "Printed low-pass");
+                           QTest::mouseClick(button(v, "Command1"), Qt::LeftButton);
+                       }});
+    trigger(f, "butterworth");
+    c.steps.clear();
+    for (int i = 0; i < 3; ++i)
+        c.steps.push_back({"Getdata", [](QWidget* v) { QTest::mouseClick(button(v, "accept"), Qt::LeftButton); }});
+    trigger(f, "PEG");
+    c.steps.clear();
+    Window* plot = findwindow("plotPEG");
+    ASSERT_NE(plot, nullptr);
+    ASSERT_TRUE(plot->loaded);
+
+    QDir dir(QDir::temp().filePath("zelk-qt-print"));
+    dir.removeRecursively();
+    QDir().mkpath(dir.path());
+    desk.askprinter = false;
+    desk.printer().setOutputFormat(QPrinter::PdfFormat);
+    struct Case {
+        const char* entry;
+        const char* file;
+        const char* label; // a text of the drawing that the PDF must carry
+    };
+    const Case cases[] = {{"pPEG", "peg.pdf", "Power Effective Gain"}, {"pSch", "schematic.pdf", "Printed low-pass"}};
+    std::vector<std::string> captions;
+    for (const char* n : {"Command1", "Command2", "Command3"})
+        if (Control* b = plot->find(n)) captions.push_back(b->caption);
+    ASSERT_FALSE(captions.empty());
+    for (const Case& k : cases) {
+        QString pdf = dir.filePath(k.file);
+        desk.printer().setOutputFileName(pdf);
+        trigger(f, k.entry);
+        ASSERT_TRUE(QFileInfo(pdf).size() > 1000) << k.entry;
+        QString base = dir.filePath(QString(k.file).replace(".pdf", ""));
+        std::string render = "pdftoppm -r 60 -png -singlefile '" + pdf.toStdString() + "' '" + base.toStdString() + "'";
+        ASSERT_EQ(std::system(render.c_str()), 0) << render;
+        std::string totext = "pdftotext '" + pdf.toStdString() + "' '" + base.toStdString() + ".txt'";
+        ASSERT_EQ(std::system(totext.c_str()), 0) << totext;
+        QImage page(base + ".png");
+        ASSERT_FALSE(page.isNull()) << k.entry;
+        // Dark pixels of the frame, curve and labels, on a page that is mostly white.
+        long dark = 0;
+        for (int y = 0; y < page.height(); ++y)
+            for (int x = 0; x < page.width(); ++x) dark += qGray(page.pixel(x, y)) < 128;
+        EXPECT_GT(dark, 300) << k.entry;
+        EXPECT_LT(dark, page.width() * page.height() / 4) << k.entry;
+        QFile t(base + ".txt");
+        ASSERT_TRUE(t.open(QIODevice::ReadOnly));
+        // pdftotext writes the ligature of "ff" as one character.
+        QString text = QString::fromUtf8(t.readAll()).replace(QChar(0xFB00), "ff").simplified();
+        EXPECT_TRUE(text.contains(k.label)) << k.entry << ": " << text.toStdString();
+        for (const std::string& cap : captions)
+            EXPECT_FALSE(!cap.empty() && text.contains(QString::fromStdString(cap))) << k.entry << " shows " << cap;
+    }
+    for (const char* n : {"Command1", "Command2", "Command3"})
+        if (Control* b = plot->find(n)) EXPECT_TRUE(b->visible) << n;
+    QWidget* view = desk.viewof(*plot);
+    ASSERT_NE(view, nullptr);
+    for (QPushButton* b : view->findChildren<QPushButton*>()) EXPECT_TRUE(b->isVisible()) << b->objectName().toStdString();
+
+    // FILE > Export: each entry's file dialog answered with a name; the format follows it.
+    const std::pair<const char*, const char*> exports[] = {
+        {"xPEG", "x-peg.svg"}, {"xPEG", "x-peg.pdf"}, {"xPEG", "x-peg.png"},         {"xPEG", "x-peg.csv"},
+        {"xSch", "x-sch.svg"}, {"xSch", "x-sch.pdf"}, {"xSch", "x-sch.png"},         {"xTouchstone", "x-filter.s2p"},
+        {"xSpice", "x-filter.cir"}};
+    for (auto& [entry, name] : exports) {
+        QString path = dir.filePath(name);
+        ModalAnswer save([path](QWidget* m) {
+            auto* d = qobject_cast<QFileDialog*>(m);
+            auto* edit = d ? d->findChild<QLineEdit*>("fileNameEdit") : nullptr;
+            if (!edit) return false;
+            edit->setText(path);
+            static_cast<QDialog*>(d)->accept();
+            return true;
+        });
+        trigger(f, entry);
+        QFile out(path);
+        ASSERT_TRUE(out.open(QIODevice::ReadOnly)) << entry << ' ' << name;
+        QByteArray head = out.read(16);
+        QString ext = QFileInfo(path).suffix();
+        if (ext == "svg") EXPECT_TRUE(head.startsWith("<?xml")) << name;
+        if (ext == "pdf") EXPECT_TRUE(head.startsWith("%PDF-")) << name;
+        if (ext == "png") EXPECT_TRUE(head.startsWith("\x89PNG")) << name;
+        if (ext == "csv") EXPECT_TRUE(head.startsWith("Frequency (Hz)")) << name;
+        if (ext == "s2p") EXPECT_TRUE(head.startsWith("! ZELK")) << name;
+        if (ext == "cir") EXPECT_TRUE(head.startsWith("* ")) << name;
+    }
+    // The clipboard entry: a bitmap and the SVG drawing.
+    trigger(f, "cPEG");
+    const QMimeData* clip = QGuiApplication::clipboard()->mimeData();
+    ASSERT_NE(clip, nullptr);
+    EXPECT_TRUE(clip->hasImage());
+    EXPECT_TRUE(clip->data("image/svg+xml").contains("Power Effective Gain"));
+
     frame.designsaved = true;
     delete f;
     setdesktop(nullptr);

@@ -37,9 +37,10 @@ void PainterSurface::drawtext(double x, double y, const std::string& text) {
     QPainter* p = painter();
     if (!p) return;
     QFont f = surfacefont(bold_);
+    if (fontscale_ != 1) f.setPointSizeF(f.pointSizeF() * fontscale_);
     p->setFont(f);
     p->setPen(hostcolour(colour_));
-    QFontMetricsF m(f);
+    QFontMetricsF m = fontscale_ != 1 ? QFontMetricsF(f, p->device()) : QFontMetricsF(f);
     p->drawText(QPointF(x / unit_, y / unit_ + m.ascent()), QString::fromStdString(text));
 }
 
@@ -55,8 +56,24 @@ void PainterSurface::fillrect(double x1, double y1, double x2, double y2) {
                     hostcolour(colour_));
 }
 
+void replay(const RecordingSurface& rec, QPainter& p) {
+    const double u = rec.unit() > 0 ? rec.unit() : 1;
+    PainterSurface s(&p, rec.scalewidth() / u, rec.scaleheight() / u, u);
+    if (p.device()) s.matchscreenfont(*p.device());
+    s.cls();
+    for (const RecordingSurface::Op& op : rec.ops) {
+        s.setcolour(op.colour);
+        s.setbold(op.bold);
+        switch (op.kind) {
+        case RecordingSurface::Op::Line: s.line(op.x1, op.y1, op.x2, op.y2); break;
+        case RecordingSurface::Op::Text: s.drawtext(op.x1, op.y1, op.text); break;
+        case RecordingSurface::Op::Fill: s.fillrect(op.x1, op.y1, op.x2, op.y2); break;
+        }
+    }
+}
+
 PixmapSurface::PixmapSurface(double widthpx, double heightpx, double unit)
-    : PainterSurface(nullptr, widthpx, heightpx, unit) {
+    : PainterSurface(nullptr, widthpx, heightpx, unit), record_(widthpx * unit, heightpx * unit, unit) {
     resize(static_cast<int>(widthpx), static_cast<int>(heightpx));
 }
 
@@ -70,9 +87,36 @@ void PixmapSurface::resize(int w, int h, double ratio) {
     width_ = w;
     height_ = h;
     ratio_ = ratio;
+    // The drawing is made again on the resize event; the recording starts over with it.
+    record_ = RecordingSurface(w * unit_, h * unit_, unit_);
     pixmap_ = QPixmap(static_cast<int>(std::ceil(w * ratio)), static_cast<int>(std::ceil(h * ratio)));
     pixmap_.setDevicePixelRatio(ratio);
     pixmap_.fill(Qt::white);
+}
+
+void PixmapSurface::cls() {
+    record_.cls();
+    PainterSurface::cls();
+}
+void PixmapSurface::setcolour(long c) {
+    record_.setcolour(c);
+    PainterSurface::setcolour(c);
+}
+void PixmapSurface::setbold(bool b) {
+    record_.setbold(b);
+    PainterSurface::setbold(b);
+}
+void PixmapSurface::line(double x1, double y1, double x2, double y2) {
+    record_.line(x1, y1, x2, y2);
+    PainterSurface::line(x1, y1, x2, y2);
+}
+void PixmapSurface::drawtext(double x, double y, const std::string& text) {
+    record_.drawtext(x, y, text);
+    PainterSurface::drawtext(x, y, text);
+}
+void PixmapSurface::fillrect(double x1, double y1, double x2, double y2) {
+    record_.fillrect(x1, y1, x2, y2);
+    PainterSurface::fillrect(x1, y1, x2, y2);
 }
 
 QPainter* PixmapSurface::painter() {

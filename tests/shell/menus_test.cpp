@@ -32,11 +32,14 @@ std::vector<Row> table() {
                           "USR", "PR", "TPR"}) {
         printclip.push_back(std::string("p") + p);
         printclip.push_back(std::string("c") + p);
+        printclip.push_back(std::string("x") + p);
     }
+    printclip.push_back("xSch");
     return {
         {{"openfilter"}, 1, 1, 0},
         {{"savefilter"}, 0, 1, 0},
-        {{"delete", "printerSU", "printfilter", "clip", "exitfilter", "analysis"}, 1, 1, 1},
+        {{"delete", "printerSU", "printfilter", "clip", "exitfilter", "analysis", "export"}, 1, 1, 1},
+        {{"xTouchstone", "xSpice"}, 0, 1, 1},
         {printclip, 0, -1, -1},
         {{"undo"}, 0, -1, 0},
         {{"enter"}, 1, 0, 0},

@@ -1,0 +1,127 @@
+// The export verbs of the batch runner: every picture format of a schematic and a plot,
+// the refusals, and a write that fails leaving the older file whole.
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "testsupport.h"
+
+namespace zelk {
+namespace {
+
+namespace fs = std::filesystem;
+
+const char* const design = R"(> selfunction: "LOW-PASS" "Accept design"
+> Getdata: 10M 20M 3 "" 5 50 200
+> Getdata: Lossless
+>? designtitle: Text1="Export low-pass" Command1
+butterworth
+> Getdata: accept
+PEG
+)";
+
+fs::path workdir() {
+    fs::path p = fs::temp_directory_path() / ("zelk-export-test-" + std::to_string(::getpid()));
+    fs::create_directories(p);
+    return p;
+}
+
+std::string slurp(const fs::path& p) {
+    std::ifstream in(p, std::ios::binary);
+    std::ostringstream o;
+    o << in.rdbuf();
+    return o.str();
+}
+
+TEST(ExportVerbs, PicturesOfSchematicAndPlotCarryTheirFormat) {
+    test::Session s;
+    ASSERT_EQ(s.run(design), 0) << s.err.str();
+    struct Case {
+        const char* format;
+        std::string magic;
+    };
+    const Case cases[] = {{"svg", "<?xml"}, {"pdf", "%PDF-"}, {"png", "\x89PNG\r\n"}};
+    for (const char* window : {"schematic", "plotPEG"}) {
+        for (const Case& c : cases) {
+            fs::path file = workdir() / (std::string(window) + "." + c.format);
+            fs::remove(file);
+            int status = s.run(std::string("export ") + c.format + " " + window + " \"" + file.string() + "\"\n");
+            if (status != 0 && s.err.str().find("without cairo") != std::string::npos) continue;
+            ASSERT_EQ(status, 0) << window << ' ' << c.format << ": " << s.err.str();
+            std::string bytes = slurp(file);
+            EXPECT_EQ(bytes.substr(0, c.magic.size()), c.magic) << window << ' ' << c.format;
+            // The drawing is in it: the plot's caption text, the schematic's title.
+            if (std::string(c.format) == "svg")
+                EXPECT_NE(bytes.find(std::string(window) == "plotPEG" ? "Power Effective Gain" : "Export low-pass"),
+                          std::string::npos);
+            EXPECT_GT(bytes.size(), 1000u);
+        }
+    }
+}
+
+TEST(ExportVerbs, RefusalsSayWhy) {
+    test::Session s;
+    struct Case {
+        std::string line, message;
+    };
+    const Case before[] = {
+        {"export touchstone x.s2p", "no design is open"},
+        {"export csv plotPEG x.csv", "has not been drawn"},
+        {"export svg plotPEG x.svg", "is not open"},
+        {"export png nowindow x.png", "unknown window"},
+        {"export pdf plotPEG", "export pdf WINDOW FILE"},
+        {"export touchstone", "export needs"},
+        {"export csv plotPEG", "export csv PLOT FILE"},
+        {"export csv nosuchplot x.csv", "no plot nosuchplot"},
+        {"export tiff plotPEG x.tif", "unknown export"},
+    };
+    for (const Case& c : before) {
+        s.err.str("");
+        EXPECT_EQ(s.run(c.line + "\n"), 1) << c.line;
+        EXPECT_NE(s.err.str().find(c.message), std::string::npos) << c.line << ": " << s.err.str();
+    }
+}
+
+TEST(ExportVerbs, FailedWriteLeavesTheOlderFile) {
+    test::Session s;
+    ASSERT_EQ(s.run(design), 0) << s.err.str();
+    const fs::path dir = workdir() / "failing";
+    fs::remove_all(dir);
+    fs::create_directories(dir);
+    const char* const verbs[][2] = {{"touchstone", "old.s2p"}, {"csv plotPEG", "old.csv"}, {"spice", "old.cir"},
+                                    {"svg plotPEG", "old.svg"}, {"png schematic", "old.png"}};
+    for (auto& [verb, name] : verbs) {
+        const fs::path target = dir / name;
+        std::ofstream(target) << "older file\n";
+        // The temporary file cannot be made: a folder stands in its place.
+        fs::create_directories(dir / ("." + std::string(name) + ".writing"));
+        s.err.str("");
+        EXPECT_EQ(s.run(std::string("export ") + verb + " \"" + target.string() + "\"\n"), 1) << verb;
+        EXPECT_NE(s.err.str().find("cannot write"), std::string::npos) << verb << ": " << s.err.str();
+        EXPECT_EQ(slurp(target), "older file\n") << verb;
+        fs::remove_all(dir / ("." + std::string(name) + ".writing"));
+        // And with the way clear the same verb replaces it.
+        EXPECT_EQ(s.run(std::string("export ") + verb + " \"" + target.string() + "\"\n"), 0) << s.err.str();
+        EXPECT_NE(slurp(target), "older file\n") << verb;
+        EXPECT_FALSE(fs::exists(dir / ("." + std::string(name) + ".writing"))) << verb;
+    }
+    // A missing folder is a failure too, with no file left anywhere.
+    s.err.str("");
+    EXPECT_EQ(s.run("export touchstone \"" + (dir / "missing" / "x.s2p").string() + "\"\n"), 1);
+    EXPECT_NE(s.err.str().find("cannot write"), std::string::npos);
+}
+
+// The export leaves the analysis values of the store as it found them.
+TEST(ExportVerbs, TouchstoneLeavesTheStoreAlone) {
+    test::Session s;
+    ASSERT_EQ(s.run(design + std::string("dump slot 0\n")), 0) << s.err.str();
+    std::string before = s.take();
+    ASSERT_EQ(s.run("export touchstone \"" + (workdir() / "alone.s2p").string() + "\"\ndump slot 0\n"), 0);
+    EXPECT_EQ(s.take(), before);
+}
+
+} // namespace
+} // namespace zelk
