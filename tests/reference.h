@@ -181,6 +181,16 @@ inline cplx seriesform(const Dipole& d, double w, int type = -1) {
     return {NAN, NAN};
 }
 
+// Whether every value of dipoles 1 to last that a design writes is a finite number.
+inline bool allfinite(const DesignSlot& s, int last) {
+    for (int d = 1; d <= last; ++d) {
+        const Dipole& p = s.dip(d);
+        for (double v : {p.R, p.C, p.L, p.La, p.Ca, p.Qu})
+            if (!std::isfinite(v)) return false;
+    }
+    return true;
+}
+
 // Insertion loss in dB of slot s at w rad/s, dipole 1 the source and the last the load,
 // both resistances divided by r0 (for normalised ladders).
 inline double insertionloss(int s, double w, double r0 = 1) {

@@ -73,6 +73,18 @@ DesignSlot& build(std::vector<Part> parts, double z = 1) {
 
 void click(int n) { schematicwindow(0).click("symbol", n); }
 
+// The one message box shown, or none when text is null.
+void expectbox(const test::Session& session, const char* text, const char* title) {
+    const auto& m = session.runner.desk.messages;
+    if (!text) {
+        EXPECT_TRUE(m.empty());
+        return;
+    }
+    ASSERT_EQ(m.size(), 1u);
+    EXPECT_EQ(m[0].text, text);
+    EXPECT_EQ(m[0].title, title);
+}
+
 struct NortonCase {
     const char* name;
     std::vector<Part> parts;
@@ -185,14 +197,8 @@ TEST_P(NortonRefusal, LeavesTheDesignAndTheStack) {
         EXPECT_TRUE(now.type == was.type && now.C == was.C && now.L == was.L && now.R == was.R)
             << d;
     }
-    if (r.message) {
-        ASSERT_EQ(session.runner.desk.messages.size(), 1u);
-        EXPECT_EQ(session.runner.desk.messages[0].text,
-                  "N must be less than the default, try again");
-        EXPECT_EQ(session.runner.desk.messages[0].title, "Norton ERROR");
-    } else {
-        EXPECT_TRUE(session.runner.desk.messages.empty());
-    }
+    expectbox(session, r.message ? "N must be less than the default, try again" : nullptr,
+              "Norton ERROR");
 }
 
 INSTANTIATE_TEST_SUITE_P(Answers, NortonRefusal,
@@ -354,13 +360,7 @@ TEST_P(AutoRefused, ShowsTheMessageAndLeavesTheDesign) {
     EXPECT_EQ(slot(0).dip(c.d).type, before.type);
     EXPECT_EQ(slot(0).dip(c.d).L, before.L);
     EXPECT_EQ(slot(0).dip(c.d).C, before.C);
-    if (!c.text) {
-        EXPECT_TRUE(session.runner.desk.messages.empty());
-        return;
-    }
-    ASSERT_EQ(session.runner.desk.messages.size(), 1u);
-    EXPECT_EQ(session.runner.desk.messages[0].text, c.text);
-    EXPECT_EQ(session.runner.desk.messages[0].title, c.title);
+    expectbox(session, c.text, c.title);
 }
 
 INSTANTIATE_TEST_SUITE_P(
