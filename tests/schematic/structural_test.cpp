@@ -74,7 +74,7 @@ Part part(int type, double k) {
 
 struct GroupCase {
     int blank, l, r, result;
-    const char* lossy; // why the gain changes, or nullptr
+    const char* lossy = nullptr; // why the gain changes
 };
 
 class Group : public ::testing::TestWithParam<GroupCase> {};
@@ -119,7 +119,7 @@ struct UngroupCase {
     int type;
     bool lefttoright;
     int left, right; // the types of d and d + 2
-    const char* lossy;
+    const char* lossy = nullptr;
 };
 
 class Ungroup : public ::testing::TestWithParam<UngroupCase> {};
@@ -340,8 +340,12 @@ TEST(Replace, PaletteOfTheArmThenTheTypeBeforeThePanel) {
     lowpass();
     ASSERT_TRUE(run("replace", 4));
     EXPECT_TRUE(structural.replacing);
-    if (Window* v = findwindow("dipolesV")) EXPECT_TRUE(v->visible);
-    if (Window* h = findwindow("dipolesH")) EXPECT_FALSE(h->visible);
+    if (Window* v = findwindow("dipolesV")) {
+        EXPECT_TRUE(v->visible);
+    }
+    if (Window* h = findwindow("dipolesH")) {
+        EXPECT_FALSE(h->visible);
+    }
     const double C = dipole(0, 4).C;
     replacedipole(3);
     EXPECT_EQ(dipole(0, 4).type, 33) << "a series type in a shunt place";
