@@ -151,6 +151,46 @@ inline cplx armvalue(const Dipole& p, double w) {
     }
 }
 
+// Impedance of the series form of a dipole type (a shunt type, 30 above, is the same
+// network across the line), lossless, written from its circuit; NaN for a type it lacks.
+// type < 0: the dipole's own.
+inline cplx seriesform(const Dipole& d, double w, int type = -1) {
+    if (type < 0) type = d.type;
+    const int t = type > 30 ? type - 30 : type;
+    const cplx zl(0, w * d.L), zc(0, -1 / (w * d.C)), zla(0, w * d.La), zca(0, -1 / (w * d.Ca));
+    auto par = [](cplx a, cplx b) { return a * b / (a + b); };
+    switch (t) {
+    case 1: return d.R;
+    case 2: return zl;
+    case 3: return zc;
+    case 4: return zl + zc;
+    case 5: return par(zl, zc);
+    case 9: return par(zl + zc, zca);
+    case 10: return par(zl, zc) + zca;
+    case 12: return par(par(zl, zc) + zla, zca);
+    case 13: return par(par(zl + zc, zla), zca);
+    case 17: return par(zl + zc, zla + zca);
+    case 18: return par(zl, zc) + par(zla, zca);
+    case 19: return par(zl, zc) + zla + zca;
+    case 20: return par(zl + zc, zla);
+    case 21: return par(zl, zc) + zla;
+    case 22: return par(zl + zc, zla) + zca;
+    case 23: return par(zl + zc, zca) + zla;
+    case 24: return par(par(zl, zc) + zca, zla);
+    }
+    return {NAN, NAN};
+}
+
+// Whether every value of dipoles 1 to last that a design writes is a finite number.
+inline bool allfinite(const DesignSlot& s, int last) {
+    for (int d = 1; d <= last; ++d) {
+        const Dipole& p = s.dip(d);
+        for (double v : {p.R, p.C, p.L, p.La, p.Ca, p.Qu})
+            if (!std::isfinite(v)) return false;
+    }
+    return true;
+}
+
 // Insertion loss in dB of slot s at w rad/s, dipole 1 the source and the last the load,
 // both resistances divided by r0 (for normalised ladders).
 inline double insertionloss(int s, double w, double r0 = 1) {

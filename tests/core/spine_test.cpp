@@ -31,16 +31,6 @@ int design(test::Session& s, const std::string& command, const std::string& sele
                  "\n>? designtitle: Command1\n" + command + "\n");
 }
 
-bool allfinite() {
-    const DesignSlot& s = slot(0);
-    for (int d = 1; d <= s.count(); ++d) {
-        const Dipole& p = s.dip(d);
-        for (double v : {p.R, p.C, p.L, p.La, p.Ca, p.Qu})
-            if (!std::isfinite(v)) return false;
-    }
-    return true;
-}
-
 TEST(Spine, ButterworthLowAndHighPassMeetTheirCorners) {
     test::Session s;
     // Pi, odd, equal terminations, Apass = 3.0103 dB: loss at F1 is Apass, at F2 the
@@ -61,7 +51,7 @@ TEST(Spine, ButterworthLowAndHighPassMeetTheirCorners) {
     EXPECT_NEAR(insertionloss(0, twopi * 1e7), 3.0103, 1e-4);
     EXPECT_NEAR(insertionloss(0, twopi * 15e6), d.Astop, 1e-4);
     EXPECT_NEAR(insertionloss(0, twopi * 1e5), 0, 1e-6);
-    EXPECT_TRUE(allfinite());
+    EXPECT_TRUE(test::allfinite(slot(0), slot(0).count()));
     EXPECT_EQ(store.lastslot, 0);
     if (test::havengspice()) {
         EXPECT_GT(test::crosscheck("designed-blp", 1e6, 1e8), 300);
@@ -117,7 +107,7 @@ TEST(Spine, LadderLossesOfBothFamilies) {
         if (c.edge1) {
             EXPECT_NEAR(std::min(insertionloss(0, d.*c.edge1), insertionloss(0, d.*c.edge2)), d.Astop, 1e-3);
         }
-        EXPECT_TRUE(allfinite());
+        EXPECT_TRUE(test::allfinite(slot(0), slot(0).count()));
         if (d.code == "CLP" && test::havengspice()) {
             EXPECT_GT(test::crosscheck("designed-clp", 1e5, 1e7), 300);
         }
@@ -168,7 +158,7 @@ TEST(Spine, CancelPathsLeaveNoDesign) {
     // After all that a design still goes through.
     EXPECT_EQ(design(s, "butterworth", "\"Accept design\"", "10M 15M 3 \"\" 5 50 50"), 0);
     EXPECT_EQ(store.lastslot, 0);
-    EXPECT_TRUE(allfinite());
+    EXPECT_TRUE(test::allfinite(slot(0), slot(0).count()));
 }
 
 TEST(Spine, PromptChecksRepeatWithTheirLines) {

@@ -73,6 +73,18 @@ DesignSlot& build(std::vector<Part> parts, double z = 1) {
 
 void click(int n) { schematicwindow(0).click("symbol", n); }
 
+// The one message box shown, or none when text is null.
+void expectbox(const test::Session& session, const char* text, const char* title) {
+    const auto& m = session.runner.desk.messages;
+    if (!text) {
+        EXPECT_TRUE(m.empty());
+        return;
+    }
+    ASSERT_EQ(m.size(), 1u);
+    EXPECT_EQ(m[0].text, text);
+    EXPECT_EQ(m[0].title, title);
+}
+
 struct NortonCase {
     const char* name;
     std::vector<Part> parts;
@@ -181,19 +193,12 @@ TEST_P(NortonRefusal, LeavesTheDesignAndTheStack) {
     ASSERT_EQ(session.run(std::string(r.answer) + "\nnorton\n"), 0) << session.err.str();
     EXPECT_EQ(undostate.undodepth, 0);
     for (int d = 1; d <= 8; ++d) {
-        EXPECT_EQ(slot(0).dip(d).type, before[static_cast<size_t>(d)].type) << d;
-        EXPECT_EQ(slot(0).dip(d).C, before[static_cast<size_t>(d)].C) << d;
-        EXPECT_EQ(slot(0).dip(d).L, before[static_cast<size_t>(d)].L) << d;
-        EXPECT_EQ(slot(0).dip(d).R, before[static_cast<size_t>(d)].R) << d;
+        const Dipole &now = slot(0).dip(d), &was = before[static_cast<size_t>(d)];
+        EXPECT_TRUE(now.type == was.type && now.C == was.C && now.L == was.L && now.R == was.R)
+            << d;
     }
-    if (r.message) {
-        ASSERT_EQ(session.runner.desk.messages.size(), 1u);
-        EXPECT_EQ(session.runner.desk.messages[0].text,
-                  "N must be less than the default, try again");
-        EXPECT_EQ(session.runner.desk.messages[0].title, "Norton ERROR");
-    } else {
-        EXPECT_TRUE(session.runner.desk.messages.empty());
-    }
+    expectbox(session, r.message ? "N must be less than the default, try again" : nullptr,
+              "Norton ERROR");
 }
 
 INSTANTIATE_TEST_SUITE_P(Answers, NortonRefusal,
@@ -250,11 +255,18 @@ TEST(Norton, ZeroNeighbourFaultsAndRestores) {
 
 // ---- Auto transformer ----
 
+// The Getdata answer that clicks the picture n times, then sets the rows and accepts.
+std::string pictures(int n, const std::string& rows) {
+    std::string a = "> Getdata: ";
+    for (int i = 0; i < n; ++i) a += "getdataimage(0) ";
+    return a + rows + " accept";
+}
+
 struct AutoCase {
     const char* name;
     std::vector<Part> parts;
     int d;
-    const char* answer;
+    std::string answer;
     int type;     // of the tapped dipole afterwards
     double K;     // tap ratio held
     double L, C;  // of the tapped dipole afterwards
@@ -270,7 +282,7 @@ TEST_P(AutoTap, TapsAndKeepsTheGain) {
     const std::vector<double> before = pegsweep();
     click(c.d);
     ASSERT_TRUE(menuenabled("auto"));
-    ASSERT_EQ(session.run(std::string(c.answer) + "\nauto\n"), 0) << session.err.str();
+    ASSERT_EQ(session.run(c.answer + "\nauto\n"), 0) << session.err.str();
     EXPECT_TRUE(session.runner.desk.messages.empty());
     EXPECT_EQ(undostate.undodepth, 1);
     const Dipole& t = slot(0).dip(c.d);
@@ -302,40 +314,26 @@ INSTANTIATE_TEST_SUITE_P(
         AutoCase{"SeriesTankL", stank, 3, "> Getdata: 2u 1n", 11, h, 2e-6, 1e-9 * h* h, 1},
         // Only C lowered: L follows as L/K^2.
         AutoCase{"SeriesTankC", stank, 3, "> Getdata: 1u 0.5n", 11, h, 1e-6 / h / h, 0.5e-9, 1},
-        AutoCase{"SeriesTankCaAtTap", stank, 3,
-                 "> Getdata: getdataimage(0) getvalue(0)=2u getvalue(1)=400p accept", 14, h, 2e-6,
-                 0.4e-9, 1},
+        AutoCase{"SeriesTankCaAtTap", stank, 3, pictures(1, "getvalue(0)=2u getvalue(1)=400p"), 14,
+                 h, 2e-6, 0.4e-9, 1},
         // Shunt inductor: up to 200 ohms (61, from the inductor itself) or down to 12.5 (62).
         AutoCase{"ShuntInductorUp", pind, 4, "> Getdata: 200", 61, 0.5, 4e-6, 0, 4},
         AutoCase{"ShuntInductorDown", pind, 4, "> Getdata: 12.5", 62, 0.5, 1e-6, 0, 0.25},
         // The same impedance is a ratio of 1 on the step-up side.
         AutoCase{"ShuntInductorSameZ", pind, 4, "> Getdata: 50", 61, 1, 1e-6, 0, 1},
-        AutoCase{"ShuntTankTap", ptank, 4, "> Getdata: getdataimage(0) getvalue(1)=2u accept", 41,
-                 h, 2e-6, 1e-9 * h* h, 1},
+        AutoCase{"ShuntTankTap", ptank, 4, pictures(1, "getvalue(1)=2u"), 41, h, 2e-6, 1e-9 * h * h,
+                 1},
         // The tap is written whenever the inductance is not lowered, at a ratio of 1 too.
-        AutoCase{"ShuntTankTapSameL", ptank, 4, "> Getdata: getdataimage(0) accept", 41, 1, 1e-6,
-                 1e-9, 1},
-        AutoCase{
-            "ShuntTankTapCaAtTap", ptank, 4,
-            "> Getdata: getdataimage(0) getdataimage(0) getvalue(1)=2u getvalue(2)=600p accept", 36,
-            h, 2e-6, 0.6e-9, 1},
-        AutoCase{"ShuntTankStepUp", ptank, 4,
-                 "> Getdata: getdataimage(0) getdataimage(0) getdataimage(0) "
-                 "getvalue(0)=200 accept",
-                 55, 0.5, 4e-6, 0.25e-9, 4},
-        AutoCase{"ShuntTankStepDown", ptank, 4,
-                 "> Getdata: getdataimage(0) getdataimage(0) getdataimage(0) getdataimage(0) "
-                 "getvalue(0)=12.5 accept",
-                 56, 0.5, 1e-6, 1e-9, 0.25},
-        AutoCase{"ShuntTankStepUpCa", ptank, 4,
-                 "> Getdata: getdataimage(0) getdataimage(0) getdataimage(0) getdataimage(0) "
-                 "getdataimage(0) "
-                 "getvalue(0)=200 getvalue(2)=600p accept",
-                 65, 0.5, 4e-6, 0.6e-9, 4},
-        AutoCase{"ShuntTankStepDownCa", ptank, 4,
-                 "> Getdata: getdataimage(0) getdataimage(0) getdataimage(0) getdataimage(0) "
-                 "getdataimage(0) "
-                 "getdataimage(0) getvalue(0)=12.5 getvalue(2)=600p accept",
+        AutoCase{"ShuntTankTapSameL", ptank, 4, pictures(1, ""), 41, 1, 1e-6, 1e-9, 1},
+        AutoCase{"ShuntTankTapCaAtTap", ptank, 4, pictures(2, "getvalue(1)=2u getvalue(2)=600p"), 36,
+                 h, 2e-6, 0.6e-9, 1},
+        AutoCase{"ShuntTankStepUp", ptank, 4, pictures(3, "getvalue(0)=200"), 55, 0.5, 4e-6, 0.25e-9,
+                 4},
+        AutoCase{"ShuntTankStepDown", ptank, 4, pictures(4, "getvalue(0)=12.5"), 56, 0.5, 1e-6, 1e-9,
+                 0.25},
+        AutoCase{"ShuntTankStepUpCa", ptank, 4, pictures(5, "getvalue(0)=200 getvalue(2)=600p"), 65,
+                 0.5, 4e-6, 0.6e-9, 4},
+        AutoCase{"ShuntTankStepDownCa", ptank, 4, pictures(6, "getvalue(0)=12.5 getvalue(2)=600p"),
                  66, 0.5, 1e-6, 0.6e-9, 0.25}),
     [](const auto& info) { return std::string(info.param.name); });
 
@@ -343,7 +341,7 @@ struct AutoRefusal {
     const char* name;
     std::vector<Part> parts;
     int d;
-    const char* answer;
+    std::string answer;
     const char* text; // nullptr: no message
     const char* title;
     int depth;
@@ -357,18 +355,12 @@ TEST_P(AutoRefused, ShowsTheMessageAndLeavesTheDesign) {
     build(c.parts);
     const Dipole before = slot(0).dip(c.d);
     click(c.d);
-    ASSERT_EQ(session.run(std::string(c.answer) + "\nauto\n"), 0) << session.err.str();
+    ASSERT_EQ(session.run(c.answer + "\nauto\n"), 0) << session.err.str();
     EXPECT_EQ(undostate.undodepth, c.depth);
     EXPECT_EQ(slot(0).dip(c.d).type, before.type);
     EXPECT_EQ(slot(0).dip(c.d).L, before.L);
     EXPECT_EQ(slot(0).dip(c.d).C, before.C);
-    if (!c.text) {
-        EXPECT_TRUE(session.runner.desk.messages.empty());
-        return;
-    }
-    ASSERT_EQ(session.runner.desk.messages.size(), 1u);
-    EXPECT_EQ(session.runner.desk.messages[0].text, c.text);
-    EXPECT_EQ(session.runner.desk.messages[0].title, c.title);
+    expectbox(session, c.text, c.title);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -379,22 +371,16 @@ INSTANTIATE_TEST_SUITE_P(
                     "The new inductance must be greater than the current inductance.", "ERROR", 0},
         AutoRefusal{"SeriesTankLargerC", stank, 3, "> Getdata: 1u 2n",
                     "The new capacitance must be less than the current capacitance.", "ERROR", 0},
-        AutoRefusal{"SeriesTankCaLargerC", stank, 3,
-                    "> Getdata: getdataimage(0) getvalue(1)=2n accept",
+        AutoRefusal{"SeriesTankCaLargerC", stank, 3, pictures(1, "getvalue(1)=2n"),
                     "The new capacitance must be less than the default capacitance.", "WARNING", 0},
         AutoRefusal{"ShuntTankCancel", ptank, 4, "> Getdata: close", nullptr, "", 0},
         // Accepted on the plain tank: the snapshot stays, nothing else changes.
         AutoRefusal{"ShuntTankNoChoice", ptank, 4, "> Getdata: accept", nullptr, "", 1},
-        AutoRefusal{
-            "ShuntTankStepUpLower", ptank, 4,
-            "> Getdata: getdataimage(0) getdataimage(0) getdataimage(0) getvalue(0)=20 accept",
-            "The new impedance must be greater than the default impedance.", "WARNING", 0},
-        AutoRefusal{"ShuntTankStepDownHigher", ptank, 4,
-                    "> Getdata: getdataimage(0) getdataimage(0) getdataimage(0) getdataimage(0) "
-                    "getvalue(0)=51 accept",
+        AutoRefusal{"ShuntTankStepUpLower", ptank, 4, pictures(3, "getvalue(0)=20"),
+                    "The new impedance must be greater than the default impedance.", "WARNING", 0},
+        AutoRefusal{"ShuntTankStepDownHigher", ptank, 4, pictures(4, "getvalue(0)=51"),
                     "The new impedance must be less than the default impedance.", "WARNING", 0},
-        AutoRefusal{"ShuntTankTapSmallerL", ptank, 4,
-                    "> Getdata: getdataimage(0) getvalue(1)=0.5u accept",
+        AutoRefusal{"ShuntTankTapSmallerL", ptank, 4, pictures(1, "getvalue(1)=0.5u"),
                     "The new inductance must be greater than the current inductance.", "ERROR", 0}),
     [](const auto& info) { return std::string(info.param.name); });
 

@@ -22,42 +22,8 @@ namespace {
 
 const double freqs[10] = {0.31e6, 0.77e6, 1.3e6, 2.9e6, 4.1e6, 5.9e6, 7.7e6, 11e6, 17e6, 29e6};
 
-// The lossless reactance of each network, written from its circuit: an independent
-// reference for the catalogue's evaluation.
-double reactance(int type, const Dipole& d, double w) {
-    const int t = type > 30 ? type - 30 : type;
-    auto xs = [w](double L, double C) { return w * L - 1 / (w * C); };        // series LC
-    auto xp = [w](double L, double C) { return -1 / (w * C - 1 / (w * L)); }; // tank
-    auto par = [](double x1, double x2) { return -1 / (-1 / x1 - 1 / x2); };
-    const double xla = w * d.La, xca = -1 / (w * d.Ca);
-    switch (t) {
-    case 9:
-        return par(xs(d.L, d.C), xca);
-    case 10:
-        return xp(d.L, d.C) + xca;
-    case 12:
-        return par(xp(d.L, d.C) + xla, xca);
-    case 13:
-        return par(par(xs(d.L, d.C), xla), xca);
-    case 17:
-        return par(xs(d.L, d.C), xs(d.La, d.Ca));
-    case 18:
-        return xp(d.L, d.C) + xp(d.La, d.Ca);
-    case 19:
-        return xp(d.L, d.C) + xla + xca;
-    case 20:
-        return par(xs(d.L, d.C), xla);
-    case 21:
-        return xp(d.L, d.C) + xla;
-    case 22:
-        return par(xs(d.L, d.C), xla) + xca;
-    case 23:
-        return par(xs(d.L, d.C), xca) + xla;
-    case 24:
-        return par(xp(d.L, d.C) + xca, xla);
-    }
-    return NAN;
-}
+// The lossless reactance of each network, written from its circuit (test::seriesform).
+double reactance(int type, const Dipole& d, double w) { return test::seriesform(d, w, type).imag(); }
 
 // Reactance of dipole 2 of slot 0 through the catalogue (the dipoles are lossless to
 // 1e-12, so the reactance is the immittance). Type 21 (and 51) drops La in
