@@ -588,7 +588,9 @@ TEST(QtShell, PrintAndExportEntries) {
             EXPECT_FALSE(!cap.empty() && text.contains(QString::fromStdString(cap))) << k.entry << " shows " << cap;
     }
     for (const char* n : {"Command1", "Command2", "Command3"})
-        if (Control* b = plot->find(n)) EXPECT_TRUE(b->visible) << n;
+        if (Control* b = plot->find(n)) {
+            EXPECT_TRUE(b->visible) << n;
+        }
     QWidget* view = desk.viewof(*plot);
     ASSERT_NE(view, nullptr);
     for (QPushButton* b : view->findChildren<QPushButton*>()) EXPECT_TRUE(b->isVisible()) << b->objectName().toStdString();
@@ -613,12 +615,24 @@ TEST(QtShell, PrintAndExportEntries) {
         ASSERT_TRUE(out.open(QIODevice::ReadOnly)) << entry << ' ' << name;
         QByteArray head = out.read(16);
         QString ext = QFileInfo(path).suffix();
-        if (ext == "svg") EXPECT_TRUE(head.startsWith("<?xml")) << name;
-        if (ext == "pdf") EXPECT_TRUE(head.startsWith("%PDF-")) << name;
-        if (ext == "png") EXPECT_TRUE(head.startsWith("\x89PNG")) << name;
-        if (ext == "csv") EXPECT_TRUE(head.startsWith("Frequency (Hz)")) << name;
-        if (ext == "s2p") EXPECT_TRUE(head.startsWith("! ZELK")) << name;
-        if (ext == "cir") EXPECT_TRUE(head.startsWith("* ")) << name;
+        if (ext == "svg") {
+            EXPECT_TRUE(head.startsWith("<?xml")) << name;
+        }
+        if (ext == "pdf") {
+            EXPECT_TRUE(head.startsWith("%PDF-")) << name;
+        }
+        if (ext == "png") {
+            EXPECT_TRUE(head.startsWith("\x89PNG")) << name;
+        }
+        if (ext == "csv") {
+            EXPECT_TRUE(head.startsWith("Frequency (Hz)")) << name;
+        }
+        if (ext == "s2p") {
+            EXPECT_TRUE(head.startsWith("! ZELK")) << name;
+        }
+        if (ext == "cir") {
+            EXPECT_TRUE(head.startsWith("* ")) << name;
+        }
     }
     // The clipboard entry: a bitmap and the SVG drawing.
     trigger(f, "cPEG");

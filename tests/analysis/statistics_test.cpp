@@ -130,8 +130,12 @@ TEST(Perturb, SensitivityMovesOnlyTheTickedParts) {
             EXPECT_EQ(q.Qu, p.Qu) << d;
             EXPECT_EQ(q.La, p.La) << d;
             EXPECT_EQ(q.Ca, p.Ca) << d;
-            if (d != 2) EXPECT_EQ(q.L, p.L) << d;
-            if (d != 3) EXPECT_EQ(q.C, p.C) << d;
+            if (d != 2) {
+                EXPECT_EQ(q.L, p.L) << d;
+            }
+            if (d != 3) {
+                EXPECT_EQ(q.C, p.C) << d;
+            }
         }
         movedL |= dipole(1, 2).L != dipole(0, 2).L;
         movedC |= dipole(1, 3).C != dipole(0, 3).C;
@@ -238,7 +242,9 @@ TEST(Statistics, SensitivityAsksForTheTickedParts) {
         const Dipole &p = dipole(0, d), &q = dipole(1, d);
         EXPECT_EQ(q.R, p.R) << d;
         EXPECT_EQ(q.C, p.C) << d;
-        if (d != 2) EXPECT_EQ(q.L, p.L) << d;
+        if (d != 2) {
+            EXPECT_EQ(q.L, p.L) << d;
+        }
     }
     EXPECT_EQ(sanalysis.ctl("Label1", 1).caption, "Dipole 1");
     EXPECT_EQ(sanalysis.find("Label1", slot(0).count()), nullptr); // no row for the load

@@ -69,8 +69,9 @@ TEST_P(CouplingModes, GiveTheirDipoleTypesAndCouplingValues) {
     for (int i = 1; i <= 3; ++i) {
         const Dipole& c = s.dip(2 * i + 2);
         const double k = butterworthk(i, 4);
-        if (capacitive) EXPECT_NEAR(c.C, s.Cs * w0 / k / bw, 1e-9 * c.C) << i;
-        else {
+        if (capacitive) {
+            EXPECT_NEAR(c.C, s.Cs * w0 / k / bw, 1e-9 * c.C) << i;
+        } else {
             EXPECT_NEAR(c.L, s.Ls / w0 * k * bw, 1e-9 * c.L) << i;
             EXPECT_EQ(c.Qu, 150);
         }
@@ -154,7 +155,9 @@ TEST(Crystal, ATrimmerOutOfRangeLeavesTheCrystalBare) {
         crystalladder("TC");
         const Dipole& x = l.s().dip(7);
         EXPECT_EQ(x.type, trimmed ? 16 : 7) << k3;
-        if (trimmed) EXPECT_NEAR(x.C, l.s().dip(8).C, 1e-6 * x.C);
+        if (trimmed) {
+            EXPECT_NEAR(x.C, l.s().dip(8).C, 1e-6 * x.C);
+        }
         EXPECT_EQ(l.s().dip(9).type, 16);
     }
 }
