@@ -178,7 +178,8 @@ void getCFlower() {
     const double p = dishalp();
     const auto [lo, hi] = lowercentrelimits(s.Fs, dishal.bwhertz, p);
     const double v = flow.r0v3;
-    const double shown = s.Fs + (dishal.bwhertz / 2) * hdiv(1 - v * p, v - p);
+    // The centre of the last r0v3, or the lower limit while there is none to turn back.
+    const double shown = v > 0 && v != p ? s.Fs + (dishal.bwhertz / 2) * hdiv(1 - v * p, v - p) : lo;
     if (!centrefrequency("Dishal Crystal Ladder Lower Sideband Filter. ", lo, hi, shown)) return;
     flow.r0v3 = lowerr0v3(dishal.cfo, s.Fs, dishal.bwhertz, p);
 }
