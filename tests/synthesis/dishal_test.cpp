@@ -158,11 +158,17 @@ TEST(Dishal, LaddersAgreeWithNgspice) {
         int n;
         double v, Apass; // Apass 0: Butterworth
         bool lower;
+        double B;
     };
-    for (const Case c : {Case{"dlsb-b4", 4, 4, 0, true}, {"dlsb-c5", 5, 5, 0.1, true},
-                         {"dusb-b4", 4, 4, 0, false}, {"dusb-c4", 4, 5, 0.1, false}}) {
+    // The lower sideband ladders are kept near 200 ohms: at several hundred ohms the
+    // analysis' residual 1e-06 on each capacitor, which no single network reproduces,
+    // alone moves the response by a hundredth of a dB beside the crystals' poles.
+    for (const Case c : {Case{"dlsb-b4", 4, 4, 0, true, 500}, {"dlsb-c5", 5, 5, 0.1, true, 500},
+                         {"dusb-b4", 4, 4, 0, false, 2000}, {"dusb-c4", 4, 5, 0.1, false, 2000}}) {
         SCOPED_TRACE(c.name);
         Sideband l(c.n, c.v);
+        dishal.bwhertz = c.B;
+        l.s().bw = c.B * 6.283185308;
         if (c.Apass > 0) {
             l.s().Apass = c.Apass;
             CCLterms();
