@@ -15,6 +15,7 @@
 #include "core/dipoles.h"
 #include "design/coupledcmds.h"
 #include "design/crystalcmds.h"
+#include "design/dishalcmds.h"
 #include "design/designfiles.h"
 #include "design/ellipticcmd.h"
 #include "design/lcflow.h"
@@ -41,6 +42,7 @@
 #include "synthesis/bwcheby.h"
 #include "synthesis/coupled.h"
 #include "synthesis/crystal.h"
+#include "synthesis/dishal.h"
 #include "synthesis/ellipticproto.h"
 #include "synthesis/pads.h"
 #include "synthesis/tables.h"
@@ -202,6 +204,13 @@ const std::vector<Command>& commands() {
         {"LP5CL", LP5CL_Click, Design},
         {"TG6", TG6_Click, Design},
         {"TG12", TG12_Click, Design},
+        {"dLSBButter", dLSBButter_Click, Design},
+        {"DLSBcheby", DLSBcheby_Click, Design},
+        {"dUSBbutter", dUSBbutter_Click, Design},
+        {"dUSBcheby", dUSBcheby_Click, Design},
+        // The two minimum-loss sideband commands: no menu entry leads to them.
+        {"dLSBCohn", dLSBCohn_Click, Design},
+        {"dUSBCohn", dUSBCohn_Click, Design},
         {"attnp", attnp_Click, Design},
         {"attnt", attnt_Click, Design},
         // UTILITIES
@@ -267,6 +276,7 @@ void resetall() {
     pad = PadWork{};
     coupled = CoupledWork{};
     crystalwork = CrystalWork{};
+    dishal = DishalWork{};
     closetablefile();
     tables.tabratio = 0;
     selfunction.reset();
