@@ -138,7 +138,7 @@ std::string presettext(double v, Field f) {
 
 } // namespace
 
-void dipoleprompt(int d, int type) {
+void dipoleprompt(int d, int type, const std::string& note) {
     const PromptPlan plan = planfor(type);
     if (!plan.prompt) return;
 
@@ -156,6 +156,7 @@ void dipoleprompt(int d, int type) {
         getdata.ctl("set").enabled = false;
         getdata.ctl("restore").enabled = false;
         paneldipole(type);
+        if (!note.empty()) getdata.setnote(note);
         int i = 0;
         for (Field f : plan.rows) {
             RowText r = rowtext(f);

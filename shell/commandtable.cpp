@@ -25,6 +25,7 @@
 #include "schematic/report.h"
 #include "schematic/dipoletransforms.h"
 #include "schematic/schematicview.h"
+#include "schematic/structuraledits.h"
 #include "schematic/undo.h"
 #include "shell/frame.h"
 #include "shell/help.h"
@@ -107,6 +108,16 @@ const std::vector<Command>& commands() {
         {"undo", undo_Click, Plain},
         {"tzfm", editentry<tzfm_Click>, Edit},
         {"transform", editentry<transform_Click>, Edit},
+        {"insertdipoles", editentry<insertdipoles_Click>, Edit},
+        {"replace", editentry<replace_Click>, Edit},
+        {"equamp", editentry<equamp_Click>, Edit},
+        {"split", editentry<split_Click>, Edit},
+        {"splitC", editentry<splitC_Click>, Edit},
+        {"swap", editentry<swap_Click>, Edit},
+        {"group", editentry<group_Click>, Edit},
+        {"ungroup", ungroup_Click, Plain},
+        {"ungroupL", editentry<ungroupL_Click>, Edit},
+        {"ungroupR", editentry<ungroupR_Click>, Edit},
         // ANALYZE
         {"PEG", PEG_Click, Plain},
         {"PIG", PIG_Click, Plain},
@@ -213,6 +224,7 @@ void resetall() {
     trouble.reset();
     buildmenus();
     undoreset();
+    structural = StructuralState{};
     restoreafterfault = undorestoreafterfault;
     schematichooks = SchematicHooks{schematicclear, hideschematics, undoreset};
     installcommands();

@@ -8,7 +8,9 @@
 
 #include "core/hostmath.h"
 #include "schematic/inductors.h"
-#include "schematic/ladder.h"
+#include "reference.h"
+#include "schematic/schematicview.h"
+#include "testsupport.h"
 #include "schematic/report.h"
 
 namespace zelk {

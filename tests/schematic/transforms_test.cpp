@@ -11,7 +11,9 @@
 #include "core/desktop.h"
 #include "core/dipoles.h"
 #include "schematic/dipoletransforms.h"
-#include "schematic/ladder.h"
+#include "reference.h"
+#include "schematic/schematicview.h"
+#include "testsupport.h"
 #include "schematic/undo.h"
 
 namespace zelk {

@@ -10,7 +10,9 @@
 #include "core/framestate.h"
 #include "core/notation.h"
 #include "schematic/dipoletransforms.h"
-#include "schematic/ladder.h"
+#include "reference.h"
+#include "schematic/schematicview.h"
+#include "testsupport.h"
 #include "schematic/undo.h"
 
 namespace zelk {
