@@ -14,6 +14,7 @@
 #include "design/coupledcmds.h"
 #include "design/designfiles.h"
 #include "design/ellipticcmd.h"
+#include "design/handentry.h"
 #include "design/lcflow.h"
 #include "design/padcmds.h"
 #include "design/selector.h"
@@ -106,6 +107,7 @@ const std::vector<Command>& commands() {
         {"cTPR", clipentry<&PLOTTP>, Plain},
         // UTILITIES and the schematic's edit pop-up
         {"undo", undo_Click, Plain},
+        {"enter", enter_Click, Design},
         {"tzfm", editentry<tzfm_Click>, Edit},
         {"transform", editentry<transform_Click>, Edit},
         {"insertdipoles", editentry<insertdipoles_Click>, Edit},
@@ -225,6 +227,7 @@ void resetall() {
     buildmenus();
     undoreset();
     structural = StructuralState{};
+    resethandentry();
     restoreafterfault = undorestoreafterfault;
     schematichooks = SchematicHooks{schematicclear, hideschematics, undoreset};
     installcommands();
