@@ -157,6 +157,7 @@ DipolePalette::DipolePalette(std::string formname, std::string cname, bool vert)
 void DipolePalette::reset() {
     controls.clear();
     loaded = visible = false;
+    surface = nullptr; // the desktop that drew it may be gone
     build();
 }
 
