@@ -167,13 +167,16 @@ void DipolePalette::build() {
     int place = 0;
     for (int t = 0; t <= 73; ++t) {
         if (!offered(t, vertical)) continue;
+        // A button takes a row of its own, so that its caption fits.
+        const bool button = isbutton(t, vertical);
+        if (button && place % PALETTECOLUMNS != 0) place += PALETTECOLUMNS - place % PALETTECOLUMNS;
         const double x = 4 + (place % PALETTECOLUMNS) * PALETTECELL;
         const double y = 4 + (place / PALETTECOLUMNS) * PALETTECELL;
-        ++place;
-        Control& c = add(isbutton(t, vertical) ? ControlKind::Button : ControlKind::Picture, controlname, t);
+        place += button ? PALETTECOLUMNS : 1;
+        Control& c = add(button ? ControlKind::Button : ControlKind::Picture, controlname, t);
         c.left = x;
         c.top = y;
-        c.width = PALETTECELL - 2;
+        c.width = (button ? PALETTECOLUMNS * PALETTECELL : PALETTECELL) - 2;
         c.height = PALETTECELL - 2;
         if (t == DONEINDEX) {
             c.caption = "DONE";

@@ -35,7 +35,7 @@ struct HandEntry {
 inline HandEntry handentry;
 
 // The palette's cell size in pixels and its columns.
-inline constexpr double PALETTECELL = 36;
+inline constexpr double PALETTECELL = 40;
 inline constexpr int PALETTECOLUMNS = 2;
 
 // The UTILITIES command "Enter Design".
