@@ -116,6 +116,7 @@ void starthelplines() {
 
 void newfilter_Click() {
     frame.designsaved = true;
+    store.entering = false;
     for (const char* name : {"crystalparms", "designtitle", "dipolesH", "dipolesV", "Getdata", "selfunction", "trouble"})
         if (Window* w = findwindow(name); w && w->loaded) w->unload();
     for (Window* w : windows()) {

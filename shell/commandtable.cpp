@@ -18,6 +18,7 @@
 #include "design/dishalcmds.h"
 #include "design/designfiles.h"
 #include "design/ellipticcmd.h"
+#include "design/handentry.h"
 #include "design/lcflow.h"
 #include "design/padcmds.h"
 #include "design/qucmd.h"
@@ -121,6 +122,7 @@ const std::vector<Command>& commands() {
         {"cTPR", clipentry<&PLOTTP>, Plain},
         // UTILITIES and the schematic's edit pop-up
         {"undo", undo_Click, Plain},
+        {"enter", enter_Click, Design},
         {"tzfm", editentry<tzfm_Click>, Edit},
         {"transform", editentry<transform_Click>, Edit},
         {"insertdipoles", editentry<insertdipoles_Click>, Edit},
@@ -295,6 +297,7 @@ void resetall() {
     buildmenus();
     undoreset();
     structural = StructuralState{};
+    resethandentry();
     restoreafterfault = undorestoreafterfault;
     schematichooks = SchematicHooks{schematicclear, hideschematics, undoreset};
     installcommands();

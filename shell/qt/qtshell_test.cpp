@@ -433,6 +433,52 @@ TEST(QtShell, EscapeCancelsAndMenuKeys) {
     setdesktop(nullptr);
 }
 
+// Enter Design: the series palette is a window of pictures beside the schematic; a click
+// on the resistor picture opens its value panel and brings up the shunt palette, whose
+// CANCEL button drops the entry.
+TEST(QtShell, HandEntryPalettes) {
+    QtDesktop desk;
+    DesignFrame* f = desk.start();
+    f->show();
+    trigger(f, "enter");
+    auto sub = [&](const char* name) -> QMdiSubWindow* {
+        for (QMdiSubWindow* s : f->mdi()->subWindowList())
+            if (s->objectName() == name) return s;
+        return nullptr;
+    };
+    QMdiSubWindow* h = sub("dipolesH");
+    ASSERT_NE(h, nullptr);
+    EXPECT_TRUE(h->isVisible());
+    ASSERT_NE(sub("schematic"), nullptr);
+    EXPECT_GT(sub("schematic")->x(), h->x());
+    auto* hv = dynamic_cast<WindowView*>(h->widget());
+    ASSERT_NE(hv, nullptr);
+    EXPECT_NE(button(h->widget(), "Hdipole(8)"), nullptr);
+    EXPECT_EQ(button(h->widget(), "Hdipole(26)")->text(), "CANCEL");
+
+    Clicker c(desk);
+    c.steps.push_back({"Getdata", [](QWidget* v) {
+                           typeinto(v, 0, "75");
+                           QTest::mouseClick(button(v, "accept"), Qt::LeftButton);
+                       }});
+    const Control* r = findwindow("dipolesH")->find("Hdipole", 1);
+    ASSERT_NE(r, nullptr);
+    QTest::mouseClick(hv->canvas(), Qt::LeftButton, {},
+                      QPoint(static_cast<int>(r->left + r->width / 2), static_cast<int>(r->top + r->height / 2)));
+    EXPECT_TRUE(c.steps.empty());
+    EXPECT_EQ(slot(0).count(), 1);
+    EXPECT_EQ(slot(0).dip(1).R, 75);
+    QMdiSubWindow* v = sub("dipolesV");
+    ASSERT_NE(v, nullptr);
+    EXPECT_TRUE(v->isVisible());
+    EXPECT_FALSE(h->isVisible());
+    QTest::mouseClick(button(v->widget(), "vdipole(30)"), Qt::LeftButton);
+    EXPECT_EQ(store.lastslot, -1);
+    EXPECT_FALSE(store.entering);
+    delete f;
+    setdesktop(nullptr);
+}
+
 // With ZELK_SCREENSHOTS set (run under a real display, 1400 by 900): a fresh start, a
 // band-pass with its schematic maximised, four tiled plots and the help viewer.
 TEST(QtShell, ScreenshotTour) {

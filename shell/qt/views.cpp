@@ -5,6 +5,7 @@
 #include <QEvent>
 #include <QFormLayout>
 #include <QHBoxLayout>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -13,6 +14,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollArea>
+#include <QToolTip>
 #include <QWheelEvent>
 #include <algorithm>
 #include <cmath>
@@ -332,6 +334,20 @@ void Canvas::route(QMouseEvent* e, int kind) {
         w->mouse(name, index, kind, button, shift, cx, cy);
         if (click && w->loaded) w->click(name, index);
     });
+}
+
+bool Canvas::event(QEvent* e) {
+    if (e->type() == QEvent::ToolTip) {
+        auto* h = static_cast<QHelpEvent*>(e);
+        QPointF l = tological(h->pos());
+        const Control* c = target(l.x(), l.y());
+        if (c && c->kind == ControlKind::Picture && !c->tooltip.empty())
+            QToolTip::showText(h->globalPos(), qs(c->tooltip), this);
+        else
+            QToolTip::hideText();
+        return true;
+    }
+    return QWidget::event(e);
 }
 
 void Canvas::mousePressEvent(QMouseEvent* e) { route(e, 0); }

@@ -72,6 +72,8 @@ class Canvas : public QWidget {
     void mouseReleaseEvent(QMouseEvent*) override;
     void mouseDoubleClickEvent(QMouseEvent*) override;
     void resizeEvent(QResizeEvent*) override;
+    // The tool tip of the picture control under the pointer (palette entries, dipoles).
+    bool event(QEvent*) override;
     QSize sizeHint() const override;
 
   private:

@@ -1,0 +1,347 @@
+#include "design/handentry.h"
+
+#include <string>
+
+#include "analysis/plotframe.h"
+#include "core/commands.h"
+#include "core/designstore.h"
+#include "core/desktop.h"
+#include "core/framestate.h"
+#include "core/surface.h"
+#include "entry/dipoleprompt.h"
+#include "entry/panel.h"
+#include "schematic/dipolepictures.h"
+#include "schematic/schematicview.h"
+#include "schematic/structuraledits.h"
+#include "schematic/undo.h"
+
+namespace zelk {
+
+namespace {
+
+constexpr int DONEINDEX = 8;
+constexpr int HCANCEL = 26;
+constexpr int VCANCEL = 30;
+constexpr int LOADTYPE = 31;
+
+// What a palette picture shows, as its tool tip: the network of the dipole type.
+const char* networkname(int type) {
+    switch (type) {
+    case 1: case 31: return "Resistor";
+    case 2: case 32: return "Inductor";
+    case 3: case 33: return "Capacitor";
+    case 4: case 34: return "Series LC";
+    case 5: case 35: return "Parallel LC tank";
+    case 6: return "Short circuit: a plain wire";
+    case 7: case 37: return "Crystal";
+    case 38: return "Open circuit: nothing";
+    case 9: case 39: return "Series LC across Ca";
+    case 10: case 40: return "Parallel LC in series with Ca";
+    case 11: case 41: return "Tank on a tap";
+    case 12: case 42: return "Tank in series with La, all across Ca";
+    case 13: case 43: return "Series LC across La and Ca";
+    case 14: case 36: return "Tank on a tap with Ca at the tap";
+    case 15: case 45: return "Crystal with C across it";
+    case 16: case 46: return "Crystal in series with C";
+    case 17: case 47: return "Two series LC branches in parallel";
+    case 18: case 48: return "Two tanks in series";
+    case 19: case 49: return "Tank, La and Ca all in series";
+    case 20: case 50: return "Series LC across La";
+    case 21: case 51: return "Tank in series with La";
+    case 22: case 52: return "Series LC across La, in series with Ca";
+    case 23: case 53: return "Series LC across Ca, in series with La";
+    case 24: case 54: return "Tank in series with Ca, across La";
+    case 27: return "Crystal with C across it, in series with Ca";
+    case 28: return "Series RLC";
+    case 29: return "Two series LC branches in parallel, with R across";
+    case 55: return "Step-down to a tank";
+    case 56: return "Step-up to a tank";
+    case 57: return "Input divider: shunt Ca, series C, shunt L";
+    case 58: return "Output divider: shunt L, series C, shunt Ca";
+    case 59: return "Step-down transformer";
+    case 60: return "Step-up transformer";
+    case 61: return "Step-down to an inductor";
+    case 62: return "Step-up to an inductor";
+    case 65: return "Step-down to a tank with Ca at the tap";
+    case 66: return "Step-up to a tank with Ca";
+    case 67: return "Tank in series with R";
+    case 68: return "Two tanks in series, with R in series";
+    case 69: case 70: case 71: case 72: case 73: return "Coupled coils";
+    default: return "";
+    }
+}
+
+// The types a palette offers, in order: the series palette 1 to 29 without the icon 25,
+// the shunt palette 30 to 73 without the types that have no place in a ladder.
+bool offered(int type, bool vertical) {
+    if (!vertical) return type >= 1 && type <= 29 && type != 25;
+    return type >= 30 && type <= 73 && type != 44 && type != 63 && type != 64;
+}
+
+bool isbutton(int type, bool vertical) {
+    return vertical ? type == VCANCEL : (type == DONEINDEX || type == HCANCEL);
+}
+
+DesignSlot& s0() { return slot(0); }
+
+Control* donebutton() { return dipolesH.find("Hdipole", DONEINDEX); }
+void setdone(bool on) {
+    if (Control* d = donebutton()) d->visible = on;
+}
+
+// A cancelled value panel takes the place back and redraws what stands.
+bool promptrefused() {
+    if ((store.cancelled || getdata.retryentry) && !structural.replacing) {
+        s0().dipolecount -= 1;
+        schematicbuild();
+        return true;
+    }
+    return false;
+}
+
+void replaceclick(int i, bool vertical) {
+    const int cancel = vertical ? VCANCEL : HCANCEL;
+    if (i == cancel) {
+        showpalette(vertical);
+        structural.replacing = false;
+        return;
+    }
+    if (!vertical) setdone(false);
+    // The type goes in before the value panel opens (replacedipole), so a cancelled
+    // panel leaves the new type with the old values; the palette then goes away.
+    replacedipole(i);
+    showpalette(vertical);
+    schematicbuild();
+}
+
+// The end of entry: the last place must hold the load resistor.
+void donepath() {
+    DesignSlot& s = s0();
+    if (s.dip(s.count() - 1).type != LOADTYPE) {
+        undo_Click();
+        MsgBox("The last dipole must be a resistor representing the load impedance.\n"
+               "Use UNDO to remove the last dipole or\n"
+               "add dipoles as necessary to have last shunt dipole be a resistor.",
+               vbOKOnly, "WARNING");
+        return;
+    }
+    s.designtitle.clear();
+    s.dipolecount -= 1;
+    dipolesH.hide();
+    undoreset();
+    getw0();
+    s.r0 = s.dip(1).R;
+    const double w0 = s.w0;
+    plotshared.plotfreq1 = (w0 / 3.141592654) / 20;
+    plotshared.plotfreq2 = (w0 / 3.141592654) * 5;
+    plotshared.plotdb1 = 0;
+    plotshared.plotdb2 = -60;
+    // The phase and impedance limits offered by their prompts.
+    plotdefaults.defaultangle1 = -180;
+    plotdefaults.defaultangle2 = 180;
+    plotdefaults.defaultz1 = s.dip(1).R / 10;
+    plotdefaults.defaultz2 = s.dip(s.count()).R * 10;
+    store.entering = false;
+    schematicbuild();
+    updatemenus();
+}
+
+} // namespace
+
+DipolePalette::DipolePalette(std::string formname, std::string cname, bool vert)
+    : Window(std::move(formname), vert ? "Shunt dipoles" : "Series dipoles"), controlname(std::move(cname)),
+      vertical(vert) {
+    build();
+}
+
+void DipolePalette::reset() {
+    controls.clear();
+    loaded = visible = false;
+    surface = nullptr; // the desktop that drew it may be gone
+    build();
+}
+
+void DipolePalette::build() {
+    draws = true;
+    unit = 1;
+    int place = 0;
+    for (int t = 0; t <= 73; ++t) {
+        if (!offered(t, vertical)) continue;
+        // A button takes a row of its own, so that its caption fits.
+        const bool button = isbutton(t, vertical);
+        if (button && place % PALETTECOLUMNS != 0) place += PALETTECOLUMNS - place % PALETTECOLUMNS;
+        const double x = 4 + (place % PALETTECOLUMNS) * PALETTECELL;
+        const double y = 4 + (place / PALETTECOLUMNS) * PALETTECELL;
+        place += button ? PALETTECOLUMNS : 1;
+        Control& c = add(button ? ControlKind::Button : ControlKind::Picture, controlname, t);
+        c.left = x;
+        c.top = y;
+        c.width = (button ? PALETTECOLUMNS * PALETTECELL : PALETTECELL) - 2;
+        c.height = PALETTECELL - 2;
+        if (t == DONEINDEX) {
+            c.caption = "DONE";
+            c.tooltip = "Finished entering schematic";
+        } else if (t == HCANCEL) {
+            c.caption = "CANCEL";
+            c.tooltip = "Abort entering schematic";
+        } else if (t == VCANCEL) {
+            c.caption = "CANCEL";
+            c.tooltip = "Abort entering Schematic";
+        } else {
+            c.tooltip = networkname(t);
+        }
+        const bool v = vertical;
+        c.onclick = [v](int i) { v ? vdipole_Click(i) : Hdipole_Click(i); };
+    }
+    const int rows = (place + PALETTECOLUMNS - 1) / PALETTECOLUMNS;
+    clientwidth = 8 + PALETTECOLUMNS * PALETTECELL;
+    clientheight = 8 + rows * PALETTECELL;
+    left = 0;
+    top = 0;
+}
+
+void DipolePalette::activate() { render(); }
+
+void DipolePalette::render() {
+    if (!surface) return;
+    Surface& s = *surface;
+    s.cls();
+    s.setcolour(0);
+    for (auto& up : controls) {
+        const Control& c = *up;
+        if (c.kind != ControlKind::Picture || !c.visible) continue;
+        drawdipolepicture(s, c.index, vertical, c.left, c.top, c.width, c.height);
+    }
+    refresh();
+}
+
+void showpalette(bool verticalused) {
+    if (store.entering) {
+        if (s0().count() % 2 == 0) {
+            dipolesV.hide();
+            dipolesH.show();
+            setdone(true);
+        } else {
+            dipolesH.hide();
+            dipolesV.show();
+        }
+        return;
+    }
+    (verticalused ? static_cast<Window&>(dipolesV) : dipolesH).hide();
+}
+
+void enter_Click() {
+    store.lastslot = static_cast<short>(store.lastslot + 1);
+    store.curslot = store.lastslot;
+    DesignSlot& s = slot(store.curslot);
+    s.title = "ENTERED DESIGN";
+    s.designtitle = "Entered Design";
+    s.code = "ENT";
+    store.entering = true;
+    structural.replacing = false;
+
+    dipolesH.show();
+    schematicload(store.curslot);
+    SchematicWindow& w = schematicwindow(store.curslot);
+    w.caption = s.title;
+    w.show();
+    schem.xpos = 40;
+    schem.ypos = 30;
+
+    sethelp("Begin by selecting a series resistor which represents the input impedance of the filter.",
+            "If you decide to terminate schematic entry before completion, click CANCEL.",
+            "When you have completed entry of the entire schematic, click DONE.", "");
+    for (int t : {57, 58})
+        if (Control* c = dipolesV.find("vdipole", t)) c->visible = false;
+}
+
+void Hdipole_Click(int i) {
+    if (structural.replacing) {
+        replaceclick(i, false);
+        return;
+    }
+    if (!store.entering) return;
+    setdone(true);
+    if (i == HCANCEL) {
+        newfilter_Click();
+        return;
+    }
+    DesignSlot& s = s0();
+    schematicclear();
+    undopush();
+    s.dipolecount += 1;
+    if (s.count() == 1 && i != 1) {
+        MsgBox("The first dipole must be a resistor representing the source impedance.", vbOKOnly,
+               "WARNING");
+        s.dipolecount -= 1;
+        return;
+    }
+    handentry.newdipole = static_cast<short>(s.count());
+    dipoleprompt(handentry.newdipole, i);
+    if (promptrefused()) return;
+    if (i == DONEINDEX) {
+        donepath();
+        return;
+    }
+    s.dip(handentry.newdipole).type = static_cast<short>(i);
+    dipolesH.hide();
+    schematicbuild();
+    dipolesV.show();
+    sethelp("Select a shunt dipole.  The last shunt dipole must be a resistor representing the load impedance of the filter.",
+            "If there is none, select select the BLANK one, an open circuit.",
+            "This allows you to connect two dipoles in series without an intermediate shunt dipole.",
+            "If you decide to terminate schematic entry before completion, click CANCEL.");
+}
+
+void vdipole_Click(int i) {
+    if (structural.replacing) {
+        replaceclick(i, true);
+        return;
+    }
+    if (!store.entering) return;
+    setdone(true);
+    if (i == VCANCEL) {
+        newfilter_Click();
+        return;
+    }
+    DesignSlot& s = s0();
+    schematicclear();
+    undopush();
+    s.dipolecount += 1;
+    handentry.newdipole = static_cast<short>(s.count());
+    dipoleprompt(handentry.newdipole, i);
+    if (promptrefused()) return;
+    sethelp("IF you have completed entry, click Done.", "Else select a series dipole.",
+            "If there is none, select type ______.  This allows you to connect two dipoles in parallel without an intermediate series dipole.",
+            "If you decide to terminate schematic entry before completion, click CANCEL.");
+    dipolesH.show();
+    s.dip(handentry.newdipole).type = static_cast<short>(i);
+    dipolesV.hide();
+    schematicbuild();
+}
+
+void getw0() {
+    panelclear();
+    panelplotbuttons(false);
+    sethelp("Enter your best guess as to the design frequency of this filter.",
+            "The program will use it to establish default plotting parameters.", "", "");
+    getdata.setnote("Note: Enter guess at design frequency, default is 1 radian per second");
+    panelrow(0, "Design F", ".159155", "Design frequency guess");
+    do {
+        panelshow();
+    } while (getdata.retryentry && !store.cancelled);
+    if (store.cancelled) return;
+    const double f = panelvalue(0);
+    DesignSlot& s = s0();
+    s.w0 = (f + f) * 3.141592654;
+    s.w1 = s.w2 = s.w3 = s.w4 = 0;
+    s.r0 = s.dip(1).R;
+}
+
+void resethandentry() {
+    dipolesH.reset();
+    dipolesV.reset();
+    handentry = HandEntry{};
+}
+
+} // namespace zelk
