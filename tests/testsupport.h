@@ -5,10 +5,20 @@
 #include <sstream>
 #include <string>
 
+#include <unistd.h>
+
 #include "batch/runner.h"
 #include "core/commands.h"
 
 namespace zelk::test {
+
+// A scratch folder of this test process under the system's temporary folder: test
+// processes run side by side, and each must have files of its own.
+inline std::filesystem::path scratch(const std::string& name) {
+    auto dir = std::filesystem::temp_directory_path() / ("zelk-" + name + "-" + std::to_string(::getpid()));
+    std::filesystem::create_directories(dir);
+    return dir;
+}
 
 // A fresh program (every table reset, the frame started) on a scripted desktop whose
 // program folder is the build tree and whose user folder is a scratch folder.
@@ -17,7 +27,7 @@ struct Session {
     BatchRunner runner{out, err};
     Session() {
         runner.desk.programdir_ = ZELK_BINARY_DIR;
-        auto dir = std::filesystem::temp_directory_path() / "zelk-test-user";
+        auto dir = test::scratch("user");
         std::filesystem::create_directories(dir);
         runner.desk.userdatadir_ = dir.string();
     }

@@ -40,7 +40,7 @@ std::string readall(const fs::path& p) {
 
 // A fresh empty folder for one test's files.
 fs::path scratch(const std::string& name) {
-    fs::path dir = fs::temp_directory_path() / ("zelk-faults-" + name);
+    fs::path dir = test::scratch("faults-" + name);
     fs::remove_all(dir);
     fs::create_directories(dir);
     return dir;

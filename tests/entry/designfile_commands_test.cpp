@@ -28,7 +28,7 @@ namespace {
 
 // A scratch folder of its own for each test.
 fs::path scratch(const std::string& name) {
-    fs::path p = fs::temp_directory_path() / "zelk-designfile-commands" / name;
+    fs::path p = test::scratch("designfile-commands") / name;
     fs::remove_all(p);
     fs::create_directories(p);
     return p;

@@ -166,7 +166,7 @@ TEST(Frame, DesignTitleWindow) {
 TEST(Frame, HelpAboutCalculatorAndTroubleshoot) {
     test::Session s;
     ScriptedDesktop& d = s.runner.desk;
-    d.programdir_ = (fs::temp_directory_path() / "zelk-nohelp").string();
+    d.programdir_ = test::scratch("nohelp").string();
     restart(d);
     // No help pages: the search offer, declined.
     EXPECT_EQ(s.run("> msgbox: Cancel\nhelper\n"), 0);
@@ -192,7 +192,7 @@ TEST(Frame, HelpAboutCalculatorAndTroubleshoot) {
     EXPECT_NE(d.messages.back().text.find("\nDirectory=" + d.programdir_), std::string::npos);
 
     // The calculator search walks PATH in order of preference.
-    fs::path dir = fs::temp_directory_path() / "zelk-calc-test";
+    fs::path dir = test::scratch("calc");
     fs::create_directories(dir / "a");
     fs::create_directories(dir / "b");
     EXPECT_EQ(findcalculator((dir / "a").string() + ":" + (dir / "b").string()), "");

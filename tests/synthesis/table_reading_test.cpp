@@ -17,7 +17,7 @@ namespace {
 
 // Opens a table written for the test as file 1.
 void opentext(const std::string& text) {
-    const auto path = std::filesystem::temp_directory_path() / "zelk-table-test.tbl";
+    const auto path = test::scratch("table") / "table.tbl";
     std::ofstream(path) << text;
     closetablefile();
     tables.file1.open(path);
