@@ -12,6 +12,7 @@ JOBS=${JOBS:-2}
 FUZZ_SECONDS=${FUZZ_SECONDS:-60}
 export ASAN_OPTIONS=${ASAN_OPTIONS:-detect_leaks=1}
 export UBSAN_OPTIONS=${UBSAN_OPTIONS:-print_stacktrace=1}
+export LSAN_OPTIONS=${LSAN_OPTIONS:-suppressions=$PWD/tools/lsan.supp}
 CC=clang CXX=clang++ cmake -S . -B "$BUILD" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DZELK_QT=OFF \
     -DZELK_SANITIZE=ON -DZELK_FUZZ=ON -DZELK_TESTS=ON
 cmake --build "$BUILD" -j"$JOBS"
