@@ -67,7 +67,7 @@ void clearall() {
 }
 
 namespace {
-// Walks every specification field and part value of the store `now` beside the same value
+// Walks every requested design value and part value of the store `now` beside the same value
 // of `was`, calling f(value, earlier value) for each.
 template <class F> void walkvalues(DesignStore& now, const DesignStore& was, F f) {
     static constexpr Number DesignSlot::*numbers[] = {

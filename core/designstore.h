@@ -137,12 +137,12 @@ void startvalues(int s);
 void cleardipole(int d);
 // File New and program start: the partial clearing of slots 0 and 1 (see designstore.cpp).
 void clearall();
-// After a run-time fault: every specification field and part value of every slot that is
+// After a run-time fault: every requested design value and part value of every slot that is
 // no longer finite gets back the value it had in `before` (the store as the command
 // found it), or 0 when that was not finite either. A fault never leaves an infinite value
 // behind to be drawn, saved or offered as a default.
 void restorefinite(const DesignStore& before);
-// True when every specification field and part value of every slot is finite.
+// True when every requested design value and part value of every slot is finite.
 bool storefinite();
 // Sets the four help lines and shows them.
 void sethelp(std::string h1, std::string h2, std::string h3, std::string h4);
