@@ -17,6 +17,16 @@
 
 namespace zelk {
 
+void takecrystalslot(const std::string& code, const std::string& title, int picture) {
+    store.lastslot = static_cast<short>(store.lastslot + 1);
+    store.curslot = store.lastslot;
+    DesignSlot& s = slot(store.curslot);
+    s.code = code;
+    s.title = title;
+    crystalparms_show();
+    panelimage(picture);
+}
+
 namespace {
 
 DesignSlot& cur() { return slot(store.curslot); }
@@ -25,13 +35,7 @@ DesignSlot& cur() { return slot(store.curslot); }
 // the crystal window, the sketch and getCL. False when getCL was cancelled (File New
 // has then run).
 bool startcrystaldesign(const std::string& code, const std::string& title, int picture) {
-    store.lastslot = static_cast<short>(store.lastslot + 1);
-    store.curslot = store.lastslot;
-    DesignSlot& s = cur();
-    s.code = code;
-    s.title = title;
-    crystalparms_show();
-    panelimage(picture);
+    takecrystalslot(code, title, picture);
     getCL();
     if (store.cancelled) {
         newfilter_Click();

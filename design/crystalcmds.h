@@ -3,7 +3,13 @@
 // ladder through CLnormal, which asks for the coupling and the terminations (getZ).
 #pragma once
 
+#include <string>
+
 namespace zelk {
+
+// What every crystal command does first: takes the next slot, writes its code and title,
+// shows the crystal window and the command's sketch.
+void takecrystalslot(const std::string& code, const std::string& title, int picture);
 
 // Order, bandwidth (and ripple for a Chebyshev code). Sets store.cancelled on a cancel.
 void getCL();

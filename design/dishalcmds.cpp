@@ -8,6 +8,7 @@
 #include "core/framestate.h"
 #include "core/hostmath.h"
 #include "core/notation.h"
+#include "design/crystalcmds.h"
 #include "design/lcflow.h"
 #include "entry/crystalsets.h"
 #include "entry/panel.h"
@@ -20,17 +21,6 @@ namespace zelk {
 namespace {
 
 DesignSlot& cur() { return slot(store.curslot); }
-
-// The slot, code and title, the crystal window and the sketch.
-void takeslot(const std::string& code, const std::string& title, int picture) {
-    store.lastslot = static_cast<short>(store.lastslot + 1);
-    store.curslot = store.lastslot;
-    DesignSlot& s = cur();
-    s.code = code;
-    s.title = title;
-    crystalparms_show();
-    panelimage(picture);
-}
 
 // Order and bandwidth rows and their reading; ripple row when cheby. False on a cancel.
 bool orderbandwidth(bool cheby) {
@@ -88,7 +78,7 @@ void ordertest(const std::string& command) {
 // The shared steps of the four menu commands.
 void sidebanddesign(const std::string& command, const std::string& code, const std::string& title,
                     int picture, bool cheby, bool lastend, bool lower) {
-    takeslot(code, title, picture);
+    takecrystalslot(code, title, picture);
     dishal.sideband = lower ? "lower" : "normal";
     if (cheby) getCLDC();
     else getCLD();
@@ -133,7 +123,7 @@ bool centrefrequency(const std::string& help1, double lo, double hi, double show
 
 // The shared steps of the two minimum-loss commands: minimum-loss terms, no order test.
 void cohndesign(const std::string& title, bool lower) {
-    takeslot("DCL", title, 48);
+    takecrystalslot("DCL", title, 48);
     dishal.sideband = lower ? "lower" : "normal";
     getCLD();
     if (store.cancelled) {

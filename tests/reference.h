@@ -69,6 +69,22 @@ inline DesignSlot& ladder(const std::vector<Part>& parts, const std::string& cod
     return s;
 }
 
+// Slot 0 as the current design with a 10 MHz test crystal (Qx 200000, Rs 6.3 ohms,
+// Cp 2.8 pF) and order n.
+inline DesignSlot& crystalslot(int n) {
+    store.curslot = store.lastslot = 0;
+    DesignSlot& s = slot(0);
+    const double w = 6.283185308 * 10e6;
+    s.Qx = 200000;
+    s.Rs = 6.3;
+    s.Fs = 10e6;
+    s.Cp = 2.8e-12;
+    s.Ls = 200000 * 6.3 / w;
+    s.Cs = 1 / w / w / double(s.Ls);
+    s.order = n;
+    return s;
+}
+
 enum class Kind { LP, HP, BP, BR };
 
 struct Ladder {

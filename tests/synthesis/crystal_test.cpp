@@ -9,6 +9,7 @@
 #include "core/hostmath.h"
 #include "synthesis/bwcheby.h"
 #include "synthesis/crystal.h"
+#include "reference.h"
 #include "testsupport.h"
 
 using namespace zelk;
@@ -20,16 +21,7 @@ constexpr double pi = 3.141592654;
 // A fresh program with slot 0 holding a 10 MHz crystal and a ladder of order n, bw in hertz.
 struct Ladder : test::Session {
     Ladder(int n, double bwhz = 2000) {
-        store.curslot = store.lastslot = 0;
-        DesignSlot& s = slot(0);
-        const double w = 6.283185308 * 10e6;
-        s.Qx = 200000;
-        s.Rs = 6.3;
-        s.Fs = 10e6;
-        s.Cp = 2.8e-12;
-        s.Ls = 200000 * 6.3 / w;
-        s.Cs = 1 / w / w / double(s.Ls);
-        s.order = n;
+        DesignSlot& s = test::crystalslot(n);
         s.bw = bwhz * 6.283185308;
     }
     DesignSlot& s() { return slot(0); }

@@ -10,6 +10,7 @@
 #include "synthesis/crystal.h"
 #include "synthesis/dishal.h"
 #include "ngspice.h"
+#include "reference.h"
 #include "testsupport.h"
 
 using namespace zelk;
@@ -20,16 +21,7 @@ namespace {
 // 2 kHz wide, r0v3 = v.
 struct Sideband : test::Session {
     Sideband(int n, double v) {
-        store.curslot = store.lastslot = 0;
-        DesignSlot& s = slot(0);
-        const double w = 6.283185308 * 10e6;
-        s.Qx = 200000;
-        s.Rs = 6.3;
-        s.Fs = 10e6;
-        s.Cp = 2.8e-12;
-        s.Ls = 200000 * 6.3 / w;
-        s.Cs = 1 / w / w / double(s.Ls);
-        s.order = n;
+        DesignSlot& s = test::crystalslot(n);
         dishal.bwhertz = 2000;
         s.bw = 2000 * 6.283185308;
         flow.r0v3 = v;
