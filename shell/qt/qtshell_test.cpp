@@ -28,6 +28,7 @@
 #include <deque>
 #include <functional>
 #include <sstream>
+#include <vector>
 
 #include "batch/runner.h"
 #include "core/commands.h"
@@ -91,6 +92,31 @@ void typeinto(QWidget* view, int row, const QString& text) {
     e->selectAll();
     QTest::keyClick(e, Qt::Key_Backspace);
     if (!text.isEmpty()) QTest::keyClicks(e, text);
+}
+
+// Queues a Butterworth design through the real dialogs: the selector's kind button (for T
+// also one click on its configuration picture), the rows of the design panel from the top
+// ("" clears a row), the Q row ("" keeps its default) and the design title.
+void queuebutterworth(Clicker& c, int kind, bool tee, std::vector<QString> rows, QString q, QString title) {
+    c.steps.push_back({"selfunction", [kind, tee](QWidget* v) {
+                           QTest::mouseClick(button(v, QString("selection(%1)").arg(kind)), Qt::LeftButton);
+                           if (tee) QTest::mouseClick(v->findChild<QWidget*>("canvas"), Qt::LeftButton, {}, QPoint(100, 100));
+                           QTest::mouseClick(button(v, "selection(4)"), Qt::LeftButton);
+                       }});
+    c.steps.push_back({"Getdata", [rows](QWidget* v) {
+                           for (int i = 0; i < static_cast<int>(rows.size()); ++i) typeinto(v, i, rows[static_cast<size_t>(i)]);
+                           QTest::mouseClick(button(v, "accept"), Qt::LeftButton);
+                       }});
+    c.steps.push_back({"Getdata", [q](QWidget* v) {
+                           if (!q.isEmpty()) typeinto(v, 0, q);
+                           QTest::mouseClick(button(v, "accept"), Qt::LeftButton);
+                       }});
+    c.steps.push_back({"designtitle", [title](QWidget* v) {
+                           auto* e = v->findChild<QLineEdit*>("Text1");
+                           e->selectAll();
+                           QTest::keyClicks(e, title);
+                           QTest::mouseClick(button(v, "Command1"), Qt::LeftButton);
+                       }});
 }
 
 std::string slotdump() {
@@ -251,32 +277,8 @@ TEST(QtShell, ButterworthLowPassThroughTheDialogs) {
     DesignFrame* f = desk.start();
     f->show();
     Clicker c(desk);
-    c.steps.push_back({"selfunction", [](QWidget* v) {
-                           QTest::mouseClick(button(v, "selection(0)"), Qt::LeftButton);
-                           // One click on the configuration picture steps from Pi to T.
-                           QTest::mouseClick(v->findChild<QWidget*>("canvas"), Qt::LeftButton, {}, QPoint(100, 100));
-                           QTest::mouseClick(button(v, "selection(4)"), Qt::LeftButton);
-                       }});
-    c.steps.push_back({"Getdata", [](QWidget* v) {
-                           typeinto(v, 0, "10M");
-                           typeinto(v, 1, "15M");
-                           typeinto(v, 2, "3");
-                           typeinto(v, 3, "");
-                           typeinto(v, 4, "5");
-                           typeinto(v, 5, "50");
-                           typeinto(v, 6, "50");
-                           QTest::mouseClick(button(v, "accept"), Qt::LeftButton);
-                       }});
-    c.steps.push_back({"Getdata", [](QWidget* v) {
-                           typeinto(v, 0, "100");
-                           QTest::mouseClick(button(v, "accept"), Qt::LeftButton);
-                       }});
-    c.steps.push_back({"designtitle", [](QWidget* v) {
-                           auto* e = v->findChild<QLineEdit*>("Text1");
-                           e->selectAll();
-                           QTest::keyClicks(e, "Qt low-pass");
-                           QTest::mouseClick(button(v, "Command1"), Qt::LeftButton);
-                       }});
+    // Low-pass, one click on the configuration picture steps from Pi to T.
+    queuebutterworth(c, 0, true, {"10M", "15M", "3", "", "5", "50", "50"}, "100", "Qt low-pass");
     trigger(f, "butterworth");
     // The design title window opens only when the schematic asks for it.
     if (!c.steps.empty() && c.steps.front().first == "designtitle") c.steps.pop_front();
@@ -505,31 +507,7 @@ TEST(QtShell, ScreenshotTour) {
     shoot("tour-1-start.png");
     // Every prompt answered with its defaults; the selector picks a band-pass.
     Clicker c(desk);
-    c.steps.push_back({"selfunction", [](QWidget* v) {
-                           QTest::mouseClick(button(v, "selection(2)"), Qt::LeftButton);
-                           QTest::mouseClick(button(v, "selection(4)"), Qt::LeftButton);
-                       }});
-    c.steps.push_back({"Getdata", [](QWidget* v) {
-                           typeinto(v, 0, "10M");
-                           typeinto(v, 1, "1M");
-                           typeinto(v, 2, "2");
-                           typeinto(v, 3, "3");
-                           typeinto(v, 4, "60");
-                           typeinto(v, 5, "");
-                           typeinto(v, 6, "50");
-                           typeinto(v, 7, "50");
-                           QTest::mouseClick(button(v, "accept"), Qt::LeftButton);
-                       }});
-    c.steps.push_back({"Getdata", [](QWidget* v) {
-                           typeinto(v, 0, "100");
-                           QTest::mouseClick(button(v, "accept"), Qt::LeftButton);
-                       }});
-    c.steps.push_back({"designtitle", [](QWidget* v) {
-                           auto* e = v->findChild<QLineEdit*>("Text1");
-                           e->selectAll();
-                           QTest::keyClicks(e, "Band-pass 10 MHz");
-                           QTest::mouseClick(button(v, "Command1"), Qt::LeftButton);
-                       }});
+    queuebutterworth(c, 2, false, {"10M", "1M", "2", "3", "60", "", "50", "50"}, "100", "Band-pass 10 MHz");
     trigger(f, "butterworth");
     for (QMdiSubWindow* s : f->mdi()->subWindowList())
         if (s->objectName() == "schematic") s->showMaximized();
@@ -567,25 +545,7 @@ TEST(QtShell, PrintAndExportEntries) {
     DesignFrame* f = desk.start();
     f->show();
     Clicker c(desk);
-    c.steps.push_back({"selfunction", [](QWidget* v) {
-                           QTest::mouseClick(button(v, "selection(0)"), Qt::LeftButton);
-                           QTest::mouseClick(button(v, "selection(4)"), Qt::LeftButton);
-                       }});
-    c.steps.push_back({"Getdata", [](QWidget* v) {
-                           typeinto(v, 0, "10M");
-                           typeinto(v, 1, "15M");
-                           typeinto(v, 2, "3");
-                           typeinto(v, 3, "");
-                           typeinto(v, 4, "5");
-                           QTest::mouseClick(button(v, "accept"), Qt::LeftButton);
-                       }});
-    c.steps.push_back({"Getdata", [](QWidget* v) { QTest::mouseClick(button(v, "accept"), Qt::LeftButton); }});
-    c.steps.push_back({"designtitle", [](QWidget* v) {
-                           auto* e = v->findChild<QLineEdit*>("Text1");
-                           e->selectAll();
-                           QTest::keyClicks(e, "Printed low-pass");
-                           QTest::mouseClick(button(v, "Command1"), Qt::LeftButton);
-                       }});
+    queuebutterworth(c, 0, false, {"10M", "15M", "3", "", "5"}, "", "Printed low-pass");
     trigger(f, "butterworth");
     c.steps.clear();
     for (int i = 0; i < 3; ++i)
