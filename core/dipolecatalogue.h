@@ -18,20 +18,15 @@ constexpr Fields bit(Field f) { return static_cast<Fields>(1u << static_cast<uns
 constexpr bool has(Fields s, Field f) { return (s & bit(f)) != 0; }
 
 // How the immittance is worked out: one form per distinct arithmetic. The evaluation
-// runs them in families (plain parts, LC pairs, tanks on taps, transformers, crystals,
-// composites); the sweep's block walk takes the plain parts and the crystals.
+// runs them in families (plain parts, series LC and tank pairs, tanks on taps,
+// transformers, crystals, composites); the sweep's block walk takes the plain parts and
+// the crystals.
+// clang-format off
 enum class Eval : unsigned char {
     None, // no results: those of the previous dipole stand
     // plain parts
-    Resistor,
-    Inductor,
-    Capacitor,
-    SeriesLC,
-    Tank,
-    Wire,
-    Open,
-    SeriesRLC,
-    // LC pairs
+    Resistor, Inductor, Capacitor, SeriesLC, Tank, Wire, Open, SeriesRLC,
+    // series LC and tank pairs
     SeriesLCAcrossCa,       // 9
     TankThenCa,             // 10: 1 siemens on purpose
     TankLaAcrossCa,         // 12
@@ -48,23 +43,13 @@ enum class Eval : unsigned char {
     TankCaAcrossLa,         // 24
     TankThenR,              // 67: the reactance taken for the conductance on purpose
     // tanks on taps
-    TapTank,
-    TapTankCa,
+    TapTank, TapTankCa,
     TransformedArm, // 44
     // transformers
-    StepDown,
-    StepUp,
-    StepDownTank,
-    StepUpTank,
-    StepDownTankCa,
-    StepUpTankCa,
-    StepDownCoil,
+    StepDown, StepUp, StepDownTank, StepUpTank, StepDownTankCa, StepUpTankCa, StepDownCoil,
     StepUpCoil,
     // crystals
-    Crystal,
-    CrystalAcrossC,
-    CrystalThenC,
-    CrystalAcrossCThenCa,
+    Crystal, CrystalAcrossC, CrystalThenC, CrystalAcrossCThenCa,
     // composites on the walker's running values
     DividerIn,     // 57: shunt Ca, series C, shunt L
     DividerOut,    // 58: shunt L, series C, shunt Ca
@@ -73,62 +58,27 @@ enum class Eval : unsigned char {
     CoupledLaCa,   // 72: tuned on the La side
     CoupledLa,     // 73: untuned
 };
+// clang-format on
 
 // The drawings that are not a plain series-parallel network (those are `network`).
+// clang-format off
 enum class Picture : unsigned char {
-    None,
-    Wire,
-    TapTank,
-    TapTankCa,
-    StepDown,
-    StepUp,
-    StepDownTank,
-    StepUpTank,
-    StepDownTankCa,
-    StepUpTankCa,
-    StepDownCoil,
-    StepUpCoil,
-    DividerIn,
-    DividerOut,
-    CoupledTuned,
-    CoupledSeriesTuned,
-    CoupledPrimaryTuned,
-    CoupledSecondaryTuned,
-    CoupledUntuned,
+    None, Wire, TapTank, TapTankCa, StepDown, StepUp, StepDownTank, StepUpTank, StepDownTankCa,
+    StepUpTankCa, StepDownCoil, StepUpCoil, DividerIn, DividerOut, CoupledTuned, CoupledSeriesTuned,
+    CoupledPrimaryTuned, CoupledSecondaryTuned, CoupledUntuned
 };
+// clang-format on
 
 // The netlist form of a type as plain parts; None with a reason in `nospice`.
+// clang-format off
 enum class SpiceForm : unsigned char {
-    None,
-    Resistor,
-    Inductor,
-    Capacitor,
-    SeriesLC,
-    Tank,
-    Wire,
-    Crystal,
-    Open,
-    SeriesLCAcrossCa,
-    TankThenCa,
-    TapTank,
-    TapTankCa,
-    TankLaAcrossCa,
-    SeriesLCAcrossLaCa,
-    SeriesLCAcrossLa,
-    CrystalAcrossC,
-    CrystalThenC,
-    CrystalAcrossCThenCa,
-    TwoBranches,
-    TwoBranchesR,
-    TankLaCa,
-    SeriesLCAcrossLaThenCa,
-    TankCaAcrossLa,
-    SeriesLCAcrossCaThenLa,
-    SeriesRLC,
-    TankThenR,
-    DividerIn,
-    DividerOut,
+    None, Resistor, Inductor, Capacitor, SeriesLC, Tank, Wire, Crystal, Open, SeriesLCAcrossCa,
+    TankThenCa, TapTank, TapTankCa, TankLaAcrossCa, SeriesLCAcrossLaCa, SeriesLCAcrossLa,
+    CrystalAcrossC, CrystalThenC, CrystalAcrossCThenCa, TwoBranches, TwoBranchesR, TankLaCa,
+    SeriesLCAcrossLaThenCa, TankCaAcrossLa, SeriesLCAcrossCaThenLa, SeriesRLC, TankThenR, DividerIn,
+    DividerOut
 };
+// clang-format on
 
 // The resonances the listing's tuning data names for a type; Neighbours: a single part
 // that tunes with the dipoles beside it.

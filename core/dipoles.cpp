@@ -215,7 +215,8 @@ template <class E> struct Evaluation {
     }
 
     void plain(Eval f);
-    void pair(Eval f);
+    void seriespair(Eval f);
+    void tankpair(Eval f);
     void tap(Eval f);
     void transformer(Eval f);
     void crystal(Eval f);
@@ -253,26 +254,11 @@ template <class E> void Evaluation<E>::plain(Eval f) {
     }
 }
 
-// A series LC or a tank combined with La, Ca or R.
-template <class E> void Evaluation<E>::pair(Eval f) {
+// A series LC with La, Ca or R across it or after it.
+template <class E> void Evaluation<E>::seriespair(Eval f) {
     switch (f) {
     case Eval::SeriesLCAcrossCa:
         S(dp.L, dp.C, dp.Qu);
-        SET(Yi, Yi + wA * dp.Ca);
-        invY();
-        break;
-    case Eval::TankThenCa: // Yr is den/den, 1 siemens, on purpose
-        P(dp.L, dp.C, dp.Qu);
-        SET(Zi, Zi - (1 / wA) / dp.Ca);
-        SET(den, Zr * Zr + Zi * Zi);
-        SET(Yr, den / den);
-        SET(Yi, -Zi / den);
-        break;
-    case Eval::TankLaAcrossCa: // the loss of L stands for La too
-        P(dp.L, dp.C, dp.Qu);
-        if (dp.Qu > 0) SET(Zr, Zr + wA * dp.L / dp.Qu);
-        SET(Zi, Zi + wA * dp.La);
-        invZ();
         SET(Yi, Yi + wA * dp.Ca);
         invY();
         break;
@@ -295,6 +281,50 @@ template <class E> void Evaluation<E>::pair(Eval f) {
         invY();
         break;
     }
+    case Eval::SeriesLCAcrossLa:
+        S(dp.L, dp.C, dp.Qu);
+        if (dp.Qa > 0) SET(Yr, Yr + ((1 / wA) / dp.La) / dp.Qa);
+        SET(Yi, Yi - (1 / wA) / dp.La);
+        invY();
+        break;
+    case Eval::SeriesLCAcrossLaThenCa:
+        S(dp.L, dp.C, dp.Qu);
+        SET(Yi, Yi - (1 / wA) / dp.La);
+        if (dp.Qa > 0) SET(Yr, Yr + ((1 / wA) / dp.La) / dp.Qa);
+        invY();
+        SET(Zi, Zi - (1 / wA) / dp.Ca);
+        invZ();
+        break;
+    case Eval::SeriesLCAcrossCaThenLa:
+        S(dp.L, dp.C, dp.Qu);
+        SET(Yi, Yi + wA * dp.Ca);
+        invY();
+        if (dp.Qa > 0) SET(Zr, Zr + wA * dp.La / dp.Qa);
+        SET(Zi, Zi + wA * dp.La);
+        invZ();
+        break;
+    default: break;
+    }
+}
+
+// A tank with La, Ca or R across it or in series.
+template <class E> void Evaluation<E>::tankpair(Eval f) {
+    switch (f) {
+    case Eval::TankThenCa: // Yr is den/den, 1 siemens, on purpose
+        P(dp.L, dp.C, dp.Qu);
+        SET(Zi, Zi - (1 / wA) / dp.Ca);
+        SET(den, Zr * Zr + Zi * Zi);
+        SET(Yr, den / den);
+        SET(Yi, -Zi / den);
+        break;
+    case Eval::TankLaAcrossCa: // the loss of L stands for La too
+        P(dp.L, dp.C, dp.Qu);
+        if (dp.Qu > 0) SET(Zr, Zr + wA * dp.L / dp.Qu);
+        SET(Zi, Zi + wA * dp.La);
+        invZ();
+        SET(Yi, Yi + wA * dp.Ca);
+        invY();
+        break;
     case Eval::TwoTanks:
     case Eval::TwoTanksR: { // the first tank's real part is dropped on purpose
         P(dp.L, dp.C, dp.Qu);
@@ -314,12 +344,6 @@ template <class E> void Evaluation<E>::pair(Eval f) {
         SET(Zi, Zi - (1 / wA) / dp.Ca + wA * dp.La);
         invZ();
         break;
-    case Eval::SeriesLCAcrossLa:
-        S(dp.L, dp.C, dp.Qu);
-        if (dp.Qa > 0) SET(Yr, Yr + ((1 / wA) / dp.La) / dp.Qa);
-        SET(Yi, Yi - (1 / wA) / dp.La);
-        invY();
-        break;
     case Eval::TankLa: // the last step recomputes the tank alone, so La and Qa have no
                        // effect. Kept as it always was.
         P(dp.L, dp.C, dp.Qu);
@@ -328,22 +352,6 @@ template <class E> void Evaluation<E>::pair(Eval f) {
         SET(den, Yr * Yr + Yi * Yi);
         SET(Zr, Yr / den);
         SET(Zi, -Yi / den);
-        break;
-    case Eval::SeriesLCAcrossLaThenCa:
-        S(dp.L, dp.C, dp.Qu);
-        SET(Yi, Yi - (1 / wA) / dp.La);
-        if (dp.Qa > 0) SET(Yr, Yr + ((1 / wA) / dp.La) / dp.Qa);
-        invY();
-        SET(Zi, Zi - (1 / wA) / dp.Ca);
-        invZ();
-        break;
-    case Eval::SeriesLCAcrossCaThenLa:
-        S(dp.L, dp.C, dp.Qu);
-        SET(Yi, Yi + wA * dp.Ca);
-        invY();
-        if (dp.Qa > 0) SET(Zr, Zr + wA * dp.La / dp.Qa);
-        SET(Zi, Zi + wA * dp.La);
-        invZ();
         break;
     case Eval::TankCaAcrossLa:
         P(dp.L, dp.C, dp.Qu);
@@ -536,20 +544,20 @@ template <class E> void evaluate(E& e, const Dipole& dp, int d, double wA, doubl
     case Eval::Open:
     case Eval::SeriesRLC: v.plain(type.eval); break;
     case Eval::SeriesLCAcrossCa:
-    case Eval::TankThenCa:
-    case Eval::TankLaAcrossCa:
     case Eval::SeriesLCAcrossLaCa:
     case Eval::TwoBranches:
     case Eval::TwoBranchesR:
+    case Eval::SeriesLCAcrossLa:
+    case Eval::SeriesLCAcrossLaThenCa:
+    case Eval::SeriesLCAcrossCaThenLa: v.seriespair(type.eval); break;
+    case Eval::TankThenCa:
+    case Eval::TankLaAcrossCa:
     case Eval::TwoTanks:
     case Eval::TwoTanksR:
     case Eval::TankLaCa:
-    case Eval::SeriesLCAcrossLa:
     case Eval::TankLa:
-    case Eval::SeriesLCAcrossLaThenCa:
-    case Eval::SeriesLCAcrossCaThenLa:
     case Eval::TankCaAcrossLa:
-    case Eval::TankThenR: v.pair(type.eval); break;
+    case Eval::TankThenR: v.tankpair(type.eval); break;
     case Eval::TapTank:
     case Eval::TapTankCa:
     case Eval::TransformedArm: v.tap(type.eval); break;
