@@ -7,6 +7,7 @@
 
 #include "core/commands.h"
 #include "core/designstore.h"
+#include "core/dipolecatalogue.h"
 #include "core/filewrite.h"
 #include "core/hostmath.h"
 #include "core/notation.h"
@@ -72,242 +73,294 @@ void need(double v, int d, const char* field) {
         throw NotExportable{"dipole " + std::to_string(d) + " has a zero or missing " + field};
 }
 
-// Writes dipole d of slot s between a and b (b is "0" for a shunt arm).
-// A tapped match in a shunt place moves the ladder on to an inner node: `moved` takes it.
-void writedipole(Net& n, const Dipole& dp, int d, bool shunt, const std::string& a,
-                 const std::string& b, std::string* moved = nullptr) {
+// The pieces one dipole is written from, with the dipole and its place.
+struct Parts {
     using Piece = Net::Piece;
-    const int t = dp.type;
+    Net& n;
+    const Dipole& dp;
+    const int d;
+    const bool shunt;
+
     // Inductor with the series loss of q(L,Q).
-    auto Lq = [&](double L, double Q) -> Piece {
-        return [&n, L, Q](const std::string& x, const std::string& y) {
+    Piece Lq(double L, double Q) const {
+        return [&n = n, L, Q](const std::string& x, const std::string& y) {
             std::string m = n.node();
             n.part('L', x, m, L);
             if (Q > 0) n.seriesloss(m, y, L, Q);
             else n.part('R', m, y, 1e-06);
         };
-    };
-    auto Lonly = [&](double L) -> Piece {
-        return [&n, L](const std::string& x, const std::string& y) { n.part('L', x, y, L); };
-    };
-    auto Conly = [&](double C) -> Piece {
-        return [&n, C](const std::string& x, const std::string& y) { n.part('C', x, y, C); };
-    };
-    auto Ronly = [&](double R) -> Piece {
-        return [&n, R](const std::string& x, const std::string& y) { n.part('R', x, y, R); };
-    };
+    }
+    Piece Lonly(double L) const {
+        return [&n = n, L](const std::string& x, const std::string& y) { n.part('L', x, y, L); };
+    }
+    Piece Conly(double C) const {
+        return [&n = n, C](const std::string& x, const std::string& y) { n.part('C', x, y, C); };
+    }
+    Piece Ronly(double R) const {
+        return [&n = n, R](const std::string& x, const std::string& y) { n.part('R', x, y, R); };
+    }
     // Series loss wA*L/Q alone (only where Q > 0).
-    auto rloss = [&](double L, double Q) -> Piece {
-        return [&n, L, Q](const std::string& x, const std::string& y) { n.seriesloss(x, y, L, Q); };
-    };
-    // Branch S(L,C,Q): L with its series loss, then C.
-    auto S = [&](double L, double C, double Q) -> Piece {
-        return [&n, Lq, Conly, L, C, Q](const std::string& x, const std::string& y) {
-            n.chain(x, y, {Lq(L, Q), Conly(C)});
+    Piece rloss(double L, double Q) const {
+        return [&n = n, L, Q](const std::string& x, const std::string& y) { n.seriesloss(x, y, L, Q); };
+    }
+    // Parallel loss of La, where Qa > 0.
+    Piece gLa() const {
+        return [&n = n, &dp = dp](const std::string& x, const std::string& y) {
+            if (dp.Qa > 0) n.parallelloss(x, y, dp.La * dp.Qa);
         };
-    };
+    }
+    // Branch S(L,C,Q): L with its series loss, then C.
+    Piece S(double L, double C, double Q) const {
+        Piece l = Lq(L, Q), c = Conly(C);
+        return [&n = n, l, c](const std::string& x, const std::string& y) { n.chain(x, y, {l, c}); };
+    }
     // Tank P(L,C,Q) with a scale on L and C (the tapped tanks): L, C and p(L,Q) across.
-    auto tank = [&](double L, double C, double LQ) -> Piece {
-        return [&n, L, C, LQ](const std::string& x, const std::string& y) {
+    Piece tank(double L, double C, double LQ) const {
+        return [&n = n, L, C, LQ](const std::string& x, const std::string& y) {
             n.part('L', x, y, L);
             n.part('C', x, y, C);
             if (LQ > 0) n.parallelloss(x, y, LQ);
             else n.part('R', x, y, 1e6);
         };
-    };
-    auto P = [&](double L, double C, double Q) -> Piece { return tank(L, C, Q > 0 ? L * Q : 0); };
+    }
+    Piece P(double L, double C, double Q) const { return tank(L, C, Q > 0 ? L * Q : 0); }
     // Crystal X with a capacitance across it.
-    auto X = [&](double Cacross) -> Piece {
-        return [&n, &dp, Lonly, Conly, Ronly, Cacross](const std::string& x, const std::string& y) {
-            n.chain(x, y, {Ronly(dp.Rs == 0 ? 1e-06 : dp.Rs), Lonly(dp.Ls), Conly(dp.Cs)});
+    Piece X(double Cacross) const {
+        Piece r = Ronly(dp.Rs == 0 ? 1e-06 : dp.Rs), l = Lonly(dp.Ls), c = Conly(dp.Cs);
+        return [&n = n, r, l, c, Cacross](const std::string& x, const std::string& y) {
+            n.chain(x, y, {r, l, c});
             n.part('C', x, y, Cacross);
         };
-    };
+    }
     // Several pieces side by side between the same two nodes.
-    auto across = [](std::vector<Piece> ps) -> Piece {
+    static Piece across(std::vector<Piece> ps) {
         return [ps](const std::string& x, const std::string& y) {
             for (auto& p : ps) p(x, y);
         };
-    };
-    auto odd = [&](const char* what) {
-        throw NotExportable{"dipole " + std::to_string(d) + " (type " + std::to_string(t) +
+    }
+    [[noreturn]] void odd(const char* what) const {
+        throw NotExportable{"dipole " + std::to_string(d) + " (type " + std::to_string(dp.type) +
                             ") " + what};
-    };
-    auto crystal = [&] {
+    }
+    void needcrystal() const {
         need(dp.Ls, d, "Ls");
         need(dp.Cs, d, "Cs");
-    };
+    }
+    void needLC() const {
+        need(dp.L, d, "L");
+        need(dp.C, d, "C");
+    }
+    void needLCLaCa() const {
+        need(dp.L, d, "L"); need(dp.C, d, "C"); need(dp.La, d, "La"); need(dp.Ca, d, "Ca");
+    }
+};
 
-    switch (t) {
-    case 1:
-    case 31: need(dp.R, d, "R"); n.part('R', a, b, dp.R); break;
-    case 2:
-    case 32: need(dp.L, d, "L"); Lq(dp.L, dp.Qu)(a, b); break;
-    case 3:
-    case 33:
+// Single parts, series LC, tank, series RLC, the wire and the open circuit.
+void plainparts(const Parts& w, SpiceForm f, const std::string& a, const std::string& b) {
+    const Dipole& dp = w.dp;
+    const int d = w.d;
+    switch (f) {
+    case SpiceForm::Resistor: need(dp.R, d, "R"); w.n.part('R', a, b, dp.R); break;
+    case SpiceForm::Inductor: need(dp.L, d, "L"); w.Lq(dp.L, dp.Qu)(a, b); break;
+    case SpiceForm::Capacitor:
         need(dp.C, d, "C");
         // The impedance carries 1e-06 ohm in series, the admittance 1e-06 siemens across.
         // A shunt arm's node voltage comes from its impedance, so the impedance form is
         // written in both places.
-        n.chain(a, b, {Conly(dp.C), Ronly(1e-06)});
+        w.n.chain(a, b, {w.Conly(dp.C), w.Ronly(1e-06)});
         break;
-    case 4:
-    case 34: need(dp.L, d, "L"); need(dp.C, d, "C"); S(dp.L, dp.C, dp.Qu)(a, b); break;
-    case 5:
-    case 35: need(dp.L, d, "L"); need(dp.C, d, "C"); P(dp.L, dp.C, dp.Qu)(a, b); break;
-    case 6:
-        if (shunt) odd("is an empty shunt place: a short to the divider, nothing to the ladder");
-        n.part('V', a, b, 0); // a wire: a source of 0 V
+    case SpiceForm::SeriesLC: w.needLC(); w.S(dp.L, dp.C, dp.Qu)(a, b); break;
+    case SpiceForm::Tank: w.needLC(); w.P(dp.L, dp.C, dp.Qu)(a, b); break;
+    case SpiceForm::Wire:
+        if (w.shunt) w.odd("is an empty shunt place: a short to the divider, nothing to the ladder");
+        w.n.part('V', a, b, 0); // a wire: a source of 0 V
         break;
-    case 7:
-    case 37: crystal(); X(dp.Cp)(a, b); break;
-    case 8:
-    case 38: n.part('R', a, b, 1e12); break;
-    case 9:
-    case 39:
-        need(dp.L, d, "L"); need(dp.C, d, "C"); need(dp.Ca, d, "Ca");
-        across({S(dp.L, dp.C, dp.Qu), Conly(dp.Ca)})(a, b);
-        break;
-    case 10:
-    case 40:
-        if (shunt) odd("in a shunt place has an admittance of 1 siemens whatever its parts");
-        need(dp.L, d, "L"); need(dp.C, d, "C"); need(dp.Ca, d, "Ca");
-        n.chain(a, b, {P(dp.L, dp.C, dp.Qu), Conly(dp.Ca)});
-        break;
-    case 11:
-    case 41:
-    case 14:
-    case 36: {
-        need(dp.L, d, "L"); need(dp.C, d, "C"); need(dp.K, d, "K");
-        double K2 = dp.K * dp.K;
-        double C = (t == 11 || t == 41) ? dp.C / K2 : dp.Ca / K2 + dp.C;
-        tank(dp.L * K2, C, dp.Qu > 0 ? dp.L * K2 * dp.Qu : 0)(a, b);
+    case SpiceForm::Open: w.n.part('R', a, b, 1e12); break;
+    case SpiceForm::SeriesRLC: {
+        w.needLC();
+        std::vector<Net::Piece> arm;
+        if (dp.R != 0) arm.push_back(w.Ronly(dp.R));
+        arm.push_back(w.Lq(dp.L, dp.Qu));
+        arm.push_back(w.Conly(dp.C));
+        w.n.chain(a, b, arm);
         break;
     }
-    case 12:
-    case 42: {
-        need(dp.L, d, "L"); need(dp.C, d, "C"); need(dp.La, d, "La"); need(dp.Ca, d, "Ca");
-        std::vector<Piece> arm{P(dp.L, dp.C, dp.Qu)};
-        if (dp.Qu > 0) arm.push_back(rloss(dp.L, dp.Qu)); // the loss of L, also for La
-        arm.push_back(Lonly(dp.La));
+    default: break;
+    }
+}
+
+// A series LC or a tank combined with La, Ca or R.
+void lcpairs(const Parts& w, SpiceForm f, const std::string& a, const std::string& b) {
+    using Piece = Net::Piece;
+    const Dipole& dp = w.dp;
+    const int d = w.d;
+    Net& n = w.n;
+    switch (f) {
+    case SpiceForm::SeriesLCAcrossCa:
+        w.needLC(); need(dp.Ca, d, "Ca");
+        w.across({w.S(dp.L, dp.C, dp.Qu), w.Conly(dp.Ca)})(a, b);
+        break;
+    case SpiceForm::TankThenCa:
+        if (w.shunt) w.odd("in a shunt place has an admittance of 1 siemens whatever its parts");
+        w.needLC(); need(dp.Ca, d, "Ca");
+        n.chain(a, b, {w.P(dp.L, dp.C, dp.Qu), w.Conly(dp.Ca)});
+        break;
+    case SpiceForm::TankLaAcrossCa: {
+        w.needLCLaCa();
+        std::vector<Piece> arm{w.P(dp.L, dp.C, dp.Qu)};
+        if (dp.Qu > 0) arm.push_back(w.rloss(dp.L, dp.Qu)); // the loss of L, also for La
+        arm.push_back(w.Lonly(dp.La));
         n.chain(a, b, arm);
         n.part('C', a, b, dp.Ca);
         break;
     }
-    case 13:
-    case 43:
-    case 20:
-    case 50: {
-        need(dp.L, d, "L"); need(dp.C, d, "C"); need(dp.La, d, "La");
-        std::vector<Piece> ps{S(dp.L, dp.C, dp.Qu), Lonly(dp.La)};
+    case SpiceForm::SeriesLCAcrossLaCa:
+    case SpiceForm::SeriesLCAcrossLa: {
+        w.needLC(); need(dp.La, d, "La");
+        std::vector<Piece> ps{w.S(dp.L, dp.C, dp.Qu), w.Lonly(dp.La)};
         if (dp.Qa > 0) ps.push_back([&n, &dp](const std::string& x, const std::string& y) {
             n.parallelloss(x, y, dp.La * dp.Qa);
         });
-        if (t == 13 || t == 43) { need(dp.Ca, d, "Ca"); ps.push_back(Conly(dp.Ca)); }
-        across(ps)(a, b);
+        if (f == SpiceForm::SeriesLCAcrossLaCa) { need(dp.Ca, d, "Ca"); ps.push_back(w.Conly(dp.Ca)); }
+        w.across(ps)(a, b);
         break;
     }
-    case 15:
-    case 45: crystal(); X(dp.C + dp.Cp)(a, b); break;
-    case 16:
-    case 46: crystal(); need(dp.C, d, "C"); n.chain(a, b, {X(dp.Cp), Conly(dp.C)}); break;
-    case 27:
-        if (shunt) odd("in a shunt place has an admittance of 1 siemens whatever its parts");
-        crystal(); need(dp.Ca, d, "Ca");
-        n.chain(a, b, {X(dp.C + dp.Cp), Conly(dp.Ca)});
-        break;
-    case 17:
-    case 47:
-    case 29: {
-        need(dp.L, d, "L"); need(dp.C, d, "C"); need(dp.La, d, "La"); need(dp.Ca, d, "Ca");
+    case SpiceForm::TwoBranches:
+    case SpiceForm::TwoBranchesR: {
+        w.needLCLaCa();
         std::vector<Piece> second;
-        if (dp.Qa > 0) second.push_back(rloss(dp.La, dp.Qa));
-        second.push_back(Lonly(dp.La));
-        second.push_back(Conly(dp.Ca));
-        std::vector<Piece> ps{S(dp.L, dp.C, dp.Qu), [&n, second](const std::string& x, const std::string& y) {
+        if (dp.Qa > 0) second.push_back(w.rloss(dp.La, dp.Qa));
+        second.push_back(w.Lonly(dp.La));
+        second.push_back(w.Conly(dp.Ca));
+        std::vector<Piece> ps{w.S(dp.L, dp.C, dp.Qu), [&n, second](const std::string& x, const std::string& y) {
                                   n.chain(x, y, second);
                               }};
-        if (t == 29) { need(dp.R, d, "R"); ps.push_back(Ronly(dp.R)); }
-        across(ps)(a, b);
+        if (f == SpiceForm::TwoBranchesR) { need(dp.R, d, "R"); ps.push_back(w.Ronly(dp.R)); }
+        w.across(ps)(a, b);
         break;
     }
-    case 19:
-    case 49: {
-        need(dp.L, d, "L"); need(dp.C, d, "C"); need(dp.La, d, "La"); need(dp.Ca, d, "Ca");
-        std::vector<Piece> arm{P(dp.L, dp.C, dp.Qu)};
-        if (dp.Qa > 0) arm.push_back(rloss(dp.La, dp.Qa));
-        arm.push_back(Conly(dp.Ca));
-        arm.push_back(Lonly(dp.La));
+    case SpiceForm::TankLaCa: {
+        w.needLCLaCa();
+        std::vector<Piece> arm{w.P(dp.L, dp.C, dp.Qu)};
+        if (dp.Qa > 0) arm.push_back(w.rloss(dp.La, dp.Qa));
+        arm.push_back(w.Conly(dp.Ca));
+        arm.push_back(w.Lonly(dp.La));
         n.chain(a, b, arm);
         break;
     }
-    case 22:
-    case 52:
-    case 24:
-    case 54: {
-        need(dp.L, d, "L"); need(dp.C, d, "C"); need(dp.La, d, "La"); need(dp.Ca, d, "Ca");
-        Piece gLa = [&n, &dp](const std::string& x, const std::string& y) {
-            if (dp.Qa > 0) n.parallelloss(x, y, dp.La * dp.Qa);
-        };
-        if (t == 22 || t == 52) {
-            n.chain(a, b, {across({S(dp.L, dp.C, dp.Qu), Lonly(dp.La), gLa}), Conly(dp.Ca)});
-        } else {
-            Piece arm = [&n, P, Conly, &dp](const std::string& x, const std::string& y) {
-                n.chain(x, y, {P(dp.L, dp.C, dp.Qu), Conly(dp.Ca)});
-            };
-            across({arm, Lonly(dp.La), gLa})(a, b);
-        }
+    case SpiceForm::SeriesLCAcrossLaThenCa:
+        w.needLCLaCa();
+        n.chain(a, b, {w.across({w.S(dp.L, dp.C, dp.Qu), w.Lonly(dp.La), w.gLa()}), w.Conly(dp.Ca)});
+        break;
+    case SpiceForm::TankCaAcrossLa: {
+        w.needLCLaCa();
+        Piece P = w.P(dp.L, dp.C, dp.Qu), Ca = w.Conly(dp.Ca);
+        Piece arm = [&n, P, Ca](const std::string& x, const std::string& y) { n.chain(x, y, {P, Ca}); };
+        w.across({arm, w.Lonly(dp.La), w.gLa()})(a, b);
         break;
     }
-    case 23:
-    case 53: {
-        need(dp.L, d, "L"); need(dp.C, d, "C"); need(dp.La, d, "La"); need(dp.Ca, d, "Ca");
-        std::vector<Piece> arm{across({S(dp.L, dp.C, dp.Qu), Conly(dp.Ca)})};
-        if (dp.Qa > 0) arm.push_back(rloss(dp.La, dp.Qa));
-        arm.push_back(Lonly(dp.La));
+    case SpiceForm::SeriesLCAcrossCaThenLa: {
+        w.needLCLaCa();
+        std::vector<Piece> arm{w.across({w.S(dp.L, dp.C, dp.Qu), w.Conly(dp.Ca)})};
+        if (dp.Qa > 0) arm.push_back(w.rloss(dp.La, dp.Qa));
+        arm.push_back(w.Lonly(dp.La));
         n.chain(a, b, arm);
         break;
     }
-    case 28: {
-        need(dp.L, d, "L"); need(dp.C, d, "C");
-        std::vector<Piece> arm;
-        if (dp.R != 0) arm.push_back(Ronly(dp.R));
-        arm.push_back(Lq(dp.L, dp.Qu));
-        arm.push_back(Conly(dp.C));
-        n.chain(a, b, arm);
+    case SpiceForm::TankThenR:
+        if (w.shunt) w.odd("in a shunt place takes the reactance for its conductance");
+        w.needLC(); need(dp.R, d, "R");
+        n.chain(a, b, {w.P(dp.L, dp.C, dp.Qu), w.Ronly(dp.R)});
         break;
+    default: break;
     }
-    case 67:
-        if (shunt) odd("in a shunt place takes the reactance for its conductance");
-        need(dp.L, d, "L"); need(dp.C, d, "C"); need(dp.R, d, "R");
-        n.chain(a, b, {P(dp.L, dp.C, dp.Qu), Ronly(dp.R)});
+}
+
+// A tank on a tap of its coil, written as the tank it looks like from the tap.
+void taptank(const Parts& w, SpiceForm f, const std::string& a, const std::string& b) {
+    const Dipole& dp = w.dp;
+    w.needLC(); need(dp.K, w.d, "K");
+    double K2 = dp.K * dp.K;
+    double C = f == SpiceForm::TapTank ? dp.C / K2 : dp.Ca / K2 + dp.C;
+    w.tank(dp.L * K2, C, dp.Qu > 0 ? dp.L * K2 * dp.Qu : 0)(a, b);
+}
+
+// The crystal, alone or with C across it, C in series, or both and Ca.
+void crystals(const Parts& w, SpiceForm f, const std::string& a, const std::string& b) {
+    const Dipole& dp = w.dp;
+    const int d = w.d;
+    switch (f) {
+    case SpiceForm::Crystal: w.needcrystal(); w.X(dp.Cp)(a, b); break;
+    case SpiceForm::CrystalAcrossC: w.needcrystal(); w.X(dp.C + dp.Cp)(a, b); break;
+    case SpiceForm::CrystalThenC:
+        w.needcrystal(); need(dp.C, d, "C");
+        w.n.chain(a, b, {w.X(dp.Cp), w.Conly(dp.C)});
         break;
-    case 18:
-    case 48:
-    case 68: odd("drops the first tank's real part and has no plain-part form"); break;
-    case 21:
-    case 51: odd("ignores La and Qa and has no plain-part form"); break;
-    case 44: odd("is a transformed arm with no plain-part form"); break;
-    case 57:
-    case 58: {
-        // Tapped match: shunt Ca, series C, shunt L (57) or shunt L, series C, shunt Ca
-        // (58); the next series arm starts at the node after C.
-        need(dp.L, d, "L"); need(dp.C, d, "C"); need(dp.Ca, d, "Ca");
-        if (!shunt || !moved) odd("is a tapped match with no plain-part form in this place");
-        const std::string m = n.node();
-        if (t == 57) {
-            Conly(dp.Ca)(a, b);
-            Conly(dp.C)(a, m);
-            Lq(dp.L, dp.Qu)(m, b);
-        } else {
-            Lq(dp.L, dp.Qu)(a, b);
-            Conly(dp.C)(a, m);
-            Conly(dp.Ca)(m, b);
-        }
-        *moved = m;
+    case SpiceForm::CrystalAcrossCThenCa:
+        if (w.shunt) w.odd("in a shunt place has an admittance of 1 siemens whatever its parts");
+        w.needcrystal(); need(dp.Ca, d, "Ca");
+        w.n.chain(a, b, {w.X(dp.C + dp.Cp), w.Conly(dp.Ca)});
         break;
+    default: break;
     }
-    default: odd("is a transformer, composite or unused type with no plain-part form");
+}
+
+// Tapped match: shunt Ca, series C, shunt L (in) or shunt L, series C, shunt Ca (out);
+// the next series arm starts at the node after C.
+void divider(const Parts& w, SpiceForm f, const std::string& a, const std::string& b, std::string* moved) {
+    const Dipole& dp = w.dp;
+    w.needLC(); need(dp.Ca, w.d, "Ca");
+    if (!w.shunt || !moved) w.odd("is a tapped match with no plain-part form in this place");
+    const std::string m = w.n.node();
+    if (f == SpiceForm::DividerIn) {
+        w.Conly(dp.Ca)(a, b);
+        w.Conly(dp.C)(a, m);
+        w.Lq(dp.L, dp.Qu)(m, b);
+    } else {
+        w.Lq(dp.L, dp.Qu)(a, b);
+        w.Conly(dp.C)(a, m);
+        w.Conly(dp.Ca)(m, b);
+    }
+    *moved = m;
+}
+
+// Writes dipole d of slot s between a and b (b is "0" for a shunt arm), in the form its
+// type's record names. A tapped match in a shunt place moves the ladder on to an inner
+// node: `moved` takes it.
+void writedipole(Net& n, const Dipole& dp, int d, bool shunt, const std::string& a,
+                 const std::string& b, std::string* moved = nullptr) {
+    const DipoleType& type = dipoletype(dp.type);
+    const Parts w{n, dp, d, shunt};
+    switch (type.spice) {
+    case SpiceForm::None: w.odd(type.nospice);
+    case SpiceForm::Resistor:
+    case SpiceForm::Inductor:
+    case SpiceForm::Capacitor:
+    case SpiceForm::SeriesLC:
+    case SpiceForm::Tank:
+    case SpiceForm::Wire:
+    case SpiceForm::Open:
+    case SpiceForm::SeriesRLC: plainparts(w, type.spice, a, b); break;
+    case SpiceForm::SeriesLCAcrossCa:
+    case SpiceForm::TankThenCa:
+    case SpiceForm::TankLaAcrossCa:
+    case SpiceForm::SeriesLCAcrossLaCa:
+    case SpiceForm::SeriesLCAcrossLa:
+    case SpiceForm::TwoBranches:
+    case SpiceForm::TwoBranchesR:
+    case SpiceForm::TankLaCa:
+    case SpiceForm::SeriesLCAcrossLaThenCa:
+    case SpiceForm::TankCaAcrossLa:
+    case SpiceForm::SeriesLCAcrossCaThenLa:
+    case SpiceForm::TankThenR: lcpairs(w, type.spice, a, b); break;
+    case SpiceForm::TapTank:
+    case SpiceForm::TapTankCa: taptank(w, type.spice, a, b); break;
+    case SpiceForm::Crystal:
+    case SpiceForm::CrystalAcrossC:
+    case SpiceForm::CrystalThenC:
+    case SpiceForm::CrystalAcrossCThenCa: crystals(w, type.spice, a, b); break;
+    case SpiceForm::DividerIn:
+    case SpiceForm::DividerOut: divider(w, type.spice, a, b, moved); break;
     }
 }
 

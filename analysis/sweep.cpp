@@ -6,6 +6,7 @@
 
 #include "analysis/walkers.h"
 #include "core/designstore.h"
+#include "core/dipolecatalogue.h"
 #include "core/dipoles.h"
 #include "core/hostmath.h"
 
@@ -124,21 +125,19 @@ bool translate(int s, int d, Coef& c) {
         if (lossy) c.zrL = dp.L, c.zrQ = dp.Qu;
         else c.zr0 = 1e-06;
     };
-    switch (dp.type) {
-    case 1:
-    case 31:
+    const Eval form = dipoletype(dp.type).eval;
+    switch (form) {
+    case Eval::Resistor:
         if (dp.R == 0) return false;
         c.zr0 = dp.R;
         c.yr0 = 1 / dp.R;
         break;
-    case 2:
-    case 32:
+    case Eval::Inductor:
         c.form = Form::ZThenY;
         seriesloss();
         c.ziw = dp.L;
         break;
-    case 3:
-    case 33:
+    case Eval::Capacitor:
         if (dp.C == 0) return false;
         c.form = Form::Capacitor;
         c.zr0 = 1e-06;
@@ -146,15 +145,14 @@ bool translate(int s, int d, Coef& c) {
         c.yr0 = 1e-06;
         c.yiw = dp.C;
         break;
-    case 4:
-    case 34:
+    case Eval::SeriesLC:
         if (dp.C == 0) return false;
         c.form = Form::Tuned;
         seriesloss();
         c.ziw = dp.L;
         c.zidiv = dp.C;
         break;
-    case 28: // series RLC
+    case Eval::SeriesRLC:
         if (dp.C == 0) return false;
         c.form = Form::Tuned;
         c.zr0 = dp.R;
@@ -162,8 +160,7 @@ bool translate(int s, int d, Coef& c) {
         c.ziw = dp.L;
         c.zidiv = dp.C;
         break;
-    case 5:
-    case 35:
+    case Eval::Tank:
         if (dp.L == 0) return false;
         c.form = Form::YThenZ;
         if (lossy) c.yrL = dp.L, c.yrQ = dp.Qu;
@@ -171,19 +168,16 @@ bool translate(int s, int d, Coef& c) {
         c.yiw = dp.C;
         c.yidiv = dp.L;
         break;
-    case 6: break;
-    case 8:
-    case 38: c.zr0 = 1000000000000.0; break;
-    case 7:
-    case 37:
-    case 15:
-    case 45:
+    case Eval::Wire: break;
+    case Eval::Open: c.zr0 = 1000000000000.0; break;
+    case Eval::Crystal:
+    case Eval::CrystalAcrossC:
         if (dp.Cs == 0) return false;
         c.form = Form::Crystal;
         c.zr0 = dp.Rs == 0 ? 1e-06 : dp.Rs;
         c.ziw = dp.Ls;
         c.zidiv = dp.Cs;
-        c.yiw = dp.type == 7 || dp.type == 37 ? dp.Cp : dp.C + dp.Cp;
+        c.yiw = form == Eval::Crystal ? dp.Cp : dp.C + dp.Cp;
         break;
     default: return false;
     }

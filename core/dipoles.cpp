@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "core/designstore.h"
+#include "core/dipolecatalogue.h"
 #include "core/desktop.h"
 #include "core/hostmath.h"
 
@@ -97,72 +98,96 @@ struct CarefulRun {
 // One statement of the catalogue: target = expression, under the run's fault handling.
 #define SET(target, ...) e.set(target, [&]() -> double { return (__VA_ARGS__); })
 
-// The evaluation of one dipole, written once for both runs. zs is the impedance scale
-// (zscale) of this call, which starts at 1.
-template <class E> void evaluate(E& e, const Dipole& dp, int d, double wA, double& zs) {
+// The evaluation of one dipole, written once for both runs: the parts every form shares,
+// then one routine per family of forms. zs is the impedance scale (zscale) of this call,
+// which starts at 1. den, K2, a1 and a2 live for the whole evaluation: a statement the
+// user skips in the error box leaves them as they were for the statements after it.
+template <class E> struct Evaluation {
+    E& e;
+    const Dipole& dp;
+    const int d;
+    const double wA;
+    double& zs;
     double& Zr = store.Zr;
     double& Zi = store.Zi;
     double& Yr = store.Yr;
     double& Yi = store.Yi;
     WalkValues& w = walk;
-    double den = 0;
+    double den = 0, K2 = 0, a1 = 0, a2 = 0;
 
-    auto q = [&](double L, double Q) { return Q > 0 ? wA * L / Q : 1e-06; };
-    auto p = [&](double L, double Q) { return Q > 0 ? ((1 / wA) / L) / Q : 1e-06; };
+    double q(double L, double Q) const { return Q > 0 ? wA * L / Q : 1e-06; }
+    double p(double L, double Q) const { return Q > 0 ? ((1 / wA) / L) / Q : 1e-06; }
     // inv(a, b) into the pair (x, y).
-    auto inv = [&](double& x, double& y, const double& a, const double& b) {
+    void inv(double& x, double& y, const double& a, const double& b) {
         SET(den, a * a + b * b);
         SET(x, a / den);
         SET(y, -b / den);
-    };
-    auto invZ = [&] { inv(Yr, Yi, Zr, Zi); }; // Yr, Yi = inv(Zr, Zi)
-    auto invY = [&] { inv(Zr, Zi, Yr, Yi); }; // Zr, Zi = inv(Yr, Yi)
+    }
+    void invZ() { inv(Yr, Yi, Zr, Zi); } // Yr, Yi = inv(Zr, Zi)
+    void invY() { inv(Zr, Zi, Yr, Yi); } // Zr, Zi = inv(Yr, Yi)
     // Series L and C.
-    auto S = [&](double L, double C, double Q) {
+    void S(double L, double C, double Q) {
         SET(Zr, q(L, Q));
         SET(Zi, wA * L - (1 / wA) / C);
         invZ();
-    };
+    }
     // Parallel L and C (tank), with the guard for exact resonance.
-    auto P = [&](double L, double C, double Q) {
+    void P(double L, double C, double Q) {
         SET(Yr, p(L, Q));
         SET(Yi, wA * C - (1 / wA) / L);
         if (Yi == 0) SET(Yi, 1e-18);
         invY();
-    };
+    }
     // The dipole's own crystal, without its holder capacitance.
-    auto X = [&] {
+    void X() {
         SET(Zr, dp.Rs);
         if (Zr == 0) SET(Zr, 1e-06);
         SET(Zi, wA * dp.Ls - (1 / wA) / dp.Cs);
         invZ();
-    };
+    }
+    // An inductor with its loss q(L, Q).
+    void coil(double L) {
+        SET(Zr, q(L, dp.Qu));
+        SET(Zi, wA * L);
+        invZ();
+    }
     // The capacitor of a composite: no loss resistance.
-    auto cap = [&](double C) {
+    void cap(double C) {
         SET(Zr, 0);
         SET(Zi, (-1 / wA) / C);
         SET(Yr, 0);
         SET(Yi, -1 / Zi);
-    };
-    double K2 = 0;
+    }
+    // The capacitor with the 1e-06 in both results, so that they are not inverses.
+    void residualcap(double C) {
+        SET(Zr, 1e-06);
+        SET(Zi, (-1 / wA) / C);
+        SET(Yr, 1e-06);
+        SET(Yi, -1 / Zi);
+    }
+    void open() {
+        SET(Zr, 1000000000000.0);
+        SET(Zi, 0);
+        SET(Yr, 0);
+        SET(Yi, 0);
+    }
     // Transformer steps on the walker's running values.
-    auto t1 = [&](double K) {
+    void t1(double K) {
         SET(zs, zs * K2);
         SET(w.Rt, w.Rt / K2);
         SET(w.Xt, w.Xt / K2);
         SET(w.Vratio, w.Vratio / K);
         inv(w.Gt, w.Bt, w.Rt, w.Xt);
-    };
-    auto t2 = [&](double K) {
+    }
+    void t2(double K) {
         SET(zs, zs / K2);
         SET(w.Rt, w.Rt * K2);
         SET(w.Xt, w.Xt * K2);
         SET(w.Vratio, w.Vratio * K);
         inv(w.Gt, w.Bt, w.Rt, w.Xt);
-    };
+    }
     // The shunt half of the forward walk, for the composites.
-    double a1 = 0, a2 = 0;
-    auto shuntstep = [&] {
+    void shuntstep() {
         if (Zr == 0) SET(a1, (PI / 2) * Sgn(Zi));
         else SET(a1, std::atan(Zi / Zr));
         if (Zr + w.Rt == 0) SET(a2, (PI / 2) * Sgn(Zi + w.Xt));
@@ -179,147 +204,72 @@ template <class E> void evaluate(E& e, const Dipole& dp, int d, double wA, doubl
         SET(w.Rt, w.Gt / den);
         SET(w.Xt, -w.Bt / den);
         if (w.Vratio < 1e-12) SET(w.Vratio, 1e-12);
-    };
-    auto seriesstep = [&](bool zmag1rule) {
+    }
+    void seriesstep(bool zmag1rule) {
         SET(w.Rt, w.Rt + Zr);
         SET(w.Xt, w.Xt + Zi);
         SET(den, w.Rt * w.Rt + w.Xt * w.Xt);
         inv(w.Gt, w.Bt, w.Rt, w.Xt);
         SET(w.Zmag, std::sqrt(den));
         if (zmag1rule && d == 1) SET(w.Zmag1, w.Zmag);
-    };
+    }
 
-    const int type = dp.type;
-    if (type == 44 || (type >= 55 && type <= 66) || type == 11 || type == 41 || type == 14 ||
-        type == 36)
-        SET(K2, dp.K * dp.K);
+    void plain(Eval f);
+    void seriespair(Eval f);
+    void tankpair(Eval f);
+    void tap(Eval f);
+    void transformer(Eval f);
+    void crystal(Eval f);
+    void composite(Eval f);
+    void coupled(Eval f);
+};
 
-    switch (type) {
-    case 1:
-    case 31: // resistor
+// Single parts, series LC, tank, series RLC, the wire and the open circuit.
+template <class E> void Evaluation<E>::plain(Eval f) {
+    switch (f) {
+    case Eval::Resistor:
         SET(Zr, dp.R);
         SET(Zi, 0);
         SET(Yr, 1 / dp.R);
         SET(Yi, 0);
         break;
-    case 2:
-    case 32: // inductor
-        SET(Zr, q(dp.L, dp.Qu));
-        SET(Zi, wA * dp.L);
-        invZ();
-        break;
-    case 3:
-    case 33: // capacitor: 1e-06 in both results, so they are not inverses
-        SET(Zr, 1e-06);
-        SET(Zi, (-1 / wA) / dp.C);
-        SET(Yr, 1e-06);
-        SET(Yi, -1 / Zi);
-        break;
-    case 4:
-    case 34: S(dp.L, dp.C, dp.Qu); break;
-    case 5:
-    case 35: P(dp.L, dp.C, dp.Qu); break;
-    case 6: // empty place: a wire in series, nothing in shunt
+    case Eval::Inductor: coil(dp.L); break;
+    case Eval::Capacitor: residualcap(dp.C); break;
+    case Eval::SeriesLC: S(dp.L, dp.C, dp.Qu); break;
+    case Eval::Tank: P(dp.L, dp.C, dp.Qu); break;
+    case Eval::Wire: // a wire in series, nothing in shunt
         SET(Zr, 0);
         SET(Zi, 0);
         SET(Yr, 0);
         SET(Yi, 0);
         break;
-    case 7:
-    case 37: // crystal
-        X();
-        SET(Yi, Yi + wA * dp.Cp);
-        invY();
+    case Eval::Open: open(); break;
+    case Eval::SeriesRLC:
+        SET(Zr, dp.R);
+        if (dp.Qu > 0) SET(Zr, Zr + wA * dp.L / dp.Qu);
+        SET(Zi, wA * dp.L - (1 / wA) / dp.C);
+        invZ();
         break;
-    case 8:
-    case 38: // open circuit
-        SET(Zr, 1000000000000.0);
-        SET(Zi, 0);
-        SET(Yr, 0);
-        SET(Yi, 0);
-        break;
-    case 9:
-    case 39: // series LC across Ca
+    default: break;
+    }
+}
+
+// A series LC with La, Ca or R across it or after it.
+template <class E> void Evaluation<E>::seriespair(Eval f) {
+    switch (f) {
+    case Eval::SeriesLCAcrossCa:
         S(dp.L, dp.C, dp.Qu);
         SET(Yi, Yi + wA * dp.Ca);
         invY();
         break;
-    case 10:
-    case 40: // tank in series with Ca; Yr is den/den, 1 siemens, on purpose
-        P(dp.L, dp.C, dp.Qu);
-        SET(Zi, Zi - (1 / wA) / dp.Ca);
-        SET(den, Zr * Zr + Zi * Zi);
-        SET(Yr, den / den);
-        SET(Yi, -Zi / den);
-        break;
-    case 11:
-    case 41: // tank on a tap
-        SET(Yr, 1e-06);
-        if (dp.Qu > 0) SET(Yr, ((1 / wA) / dp.Qu) / (dp.L * K2));
-        SET(Yi, (wA * dp.C) / K2 - (1 / wA) / (dp.L * K2));
-        invY();
-        break;
-    case 14:
-    case 36: // tank on a tap with Ca at the tap
-        SET(Yr, 1e-06);
-        if (dp.Qu > 0) SET(Yr, ((1 / wA) / dp.Qu) / (dp.L * K2));
-        SET(Yi, wA * (dp.Ca / K2 + dp.C) - (1 / wA) / (dp.L * K2));
-        invY();
-        break;
-    case 12:
-    case 42: // tank in series with La, all across Ca; the loss of L stands for La too
-        P(dp.L, dp.C, dp.Qu);
-        if (dp.Qu > 0) SET(Zr, Zr + wA * dp.L / dp.Qu);
-        SET(Zi, Zi + wA * dp.La);
-        invZ();
-        SET(Yi, Yi + wA * dp.Ca);
-        invY();
-        break;
-    case 13:
-    case 43: // series LC across La and Ca
+    case Eval::SeriesLCAcrossLaCa:
         S(dp.L, dp.C, dp.Qu);
         if (dp.Qa > 0) SET(Yr, Yr + ((1 / wA) / dp.La) / dp.Qa);
         SET(Yi, Yi + wA * dp.Ca - (1 / wA) / dp.La);
         invY();
         break;
-    case 44: { // transformed series arm, with the Cp of the current slot's design crystal
-        SET(Zr, dp.R / K2);
-        if (Zr == 0) SET(Zr, 1e-06);
-        SET(Zi, (wA / dp.L) / K2 - 1 / ((wA * dp.C) * K2));
-        SET(den, Zr * Zr + Zi * Zi);
-        SET(Yr, den / den);
-        if (dp.Qa > 0) SET(Yr, Yr + 1 / (((wA * dp.La) / K2) * dp.Qa));
-        SET(Yi, -Zi / den +
-                    wA * ((dp.Ca + slot(store.curslot).Cp * K2) - ((1 / wA) / dp.La) * K2));
-        invY();
-        break;
-    }
-    case 15:
-    case 45: // crystal with C across it
-        X();
-        SET(Yi, Yi + wA * (dp.C + dp.Cp));
-        invY();
-        break;
-    case 16:
-    case 46: // crystal in series with C
-        X();
-        SET(Yi, Yi + wA * dp.Cp);
-        invY();
-        SET(Zi, Zi - (1 / wA) / dp.C);
-        invZ();
-        break;
-    case 27: // crystal with C across it, in series with Ca
-        X();
-        SET(Yi, Yi + wA * (dp.C + dp.Cp));
-        invY();
-        SET(Zi, Zi - (1 / wA) / dp.Ca);
-        SET(den, Zr * Zr + Zi * Zi);
-        SET(Yr, den / den);
-        SET(Yi, -Zi / den);
-        break;
-    case 17:
-    case 47:
-    case 29: { // two series LC branches in parallel, R across on 29
+    case Eval::TwoBranches:
+    case Eval::TwoBranchesR: { // R across on the second
         S(dp.L, dp.C, dp.Qu);
         double r2 = 0, x2 = 0;
         if (dp.Qa > 0) SET(r2, wA * dp.La / dp.Qa);
@@ -327,50 +277,17 @@ template <class E> void evaluate(E& e, const Dipole& dp, int d, double wA, doubl
         SET(den, r2 * r2 + x2 * x2);
         SET(Yr, Yr + r2 / den);
         SET(Yi, Yi - x2 / den);
-        if (type == 29) SET(Yr, 1 / dp.R + Yr);
+        if (f == Eval::TwoBranchesR) SET(Yr, 1 / dp.R + Yr);
         invY();
         break;
     }
-    case 18:
-    case 48:
-    case 68: { // two tanks in series; the first tank's real part is dropped on purpose
-        P(dp.L, dp.C, dp.Qu);
-        double g2 = 0, b2 = 0;
-        if (dp.Qa > 0) SET(g2, ((1 / wA) / dp.La) / dp.Qa);
-        SET(b2, wA * dp.Ca - (1 / wA) / dp.La);
-        SET(den, g2 * g2 + b2 * b2);
-        SET(Zi, Zi - b2 / den);
-        SET(Zr, g2 / den);
-        if (type == 68) SET(Zr, Zr + dp.R);
-        invZ();
-        break;
-    }
-    case 19:
-    case 49: // tank, La and Ca in series
-        P(dp.L, dp.C, dp.Qu);
-        if (dp.Qa > 0) SET(Zr, Zr + wA * dp.La / dp.Qa);
-        SET(Zi, Zi - (1 / wA) / dp.Ca + wA * dp.La);
-        invZ();
-        break;
-    case 20:
-    case 50: // series LC across La
+    case Eval::SeriesLCAcrossLa:
         S(dp.L, dp.C, dp.Qu);
         if (dp.Qa > 0) SET(Yr, Yr + ((1 / wA) / dp.La) / dp.Qa);
         SET(Yi, Yi - (1 / wA) / dp.La);
         invY();
         break;
-    case 21:
-    case 51: // tank in series with La: the last step recomputes the tank alone, so La
-             // and Qa have no effect. Kept as it always was.
-        P(dp.L, dp.C, dp.Qu);
-        if (dp.Qa > 0) SET(Zr, Zr + wA * dp.La / dp.Qa);
-        SET(Zi, Zi + wA * dp.La);
-        SET(den, Yr * Yr + Yi * Yi);
-        SET(Zr, Yr / den);
-        SET(Zi, -Yi / den);
-        break;
-    case 22:
-    case 52: // series LC across La, in series with Ca
+    case Eval::SeriesLCAcrossLaThenCa:
         S(dp.L, dp.C, dp.Qu);
         SET(Yi, Yi - (1 / wA) / dp.La);
         if (dp.Qa > 0) SET(Yr, Yr + ((1 / wA) / dp.La) / dp.Qa);
@@ -378,8 +295,7 @@ template <class E> void evaluate(E& e, const Dipole& dp, int d, double wA, doubl
         SET(Zi, Zi - (1 / wA) / dp.Ca);
         invZ();
         break;
-    case 23:
-    case 53: // series LC across Ca, in series with La
+    case Eval::SeriesLCAcrossCaThenLa:
         S(dp.L, dp.C, dp.Qu);
         SET(Yi, Yi + wA * dp.Ca);
         invY();
@@ -387,8 +303,57 @@ template <class E> void evaluate(E& e, const Dipole& dp, int d, double wA, doubl
         SET(Zi, Zi + wA * dp.La);
         invZ();
         break;
-    case 24:
-    case 54: // tank in series with Ca, across La
+    default: break;
+    }
+}
+
+// A tank with La, Ca or R across it or in series.
+template <class E> void Evaluation<E>::tankpair(Eval f) {
+    switch (f) {
+    case Eval::TankThenCa: // Yr is den/den, 1 siemens, on purpose
+        P(dp.L, dp.C, dp.Qu);
+        SET(Zi, Zi - (1 / wA) / dp.Ca);
+        SET(den, Zr * Zr + Zi * Zi);
+        SET(Yr, den / den);
+        SET(Yi, -Zi / den);
+        break;
+    case Eval::TankLaAcrossCa: // the loss of L stands for La too
+        P(dp.L, dp.C, dp.Qu);
+        if (dp.Qu > 0) SET(Zr, Zr + wA * dp.L / dp.Qu);
+        SET(Zi, Zi + wA * dp.La);
+        invZ();
+        SET(Yi, Yi + wA * dp.Ca);
+        invY();
+        break;
+    case Eval::TwoTanks:
+    case Eval::TwoTanksR: { // the first tank's real part is dropped on purpose
+        P(dp.L, dp.C, dp.Qu);
+        double g2 = 0, b2 = 0;
+        if (dp.Qa > 0) SET(g2, ((1 / wA) / dp.La) / dp.Qa);
+        SET(b2, wA * dp.Ca - (1 / wA) / dp.La);
+        SET(den, g2 * g2 + b2 * b2);
+        SET(Zi, Zi - b2 / den);
+        SET(Zr, g2 / den);
+        if (f == Eval::TwoTanksR) SET(Zr, Zr + dp.R);
+        invZ();
+        break;
+    }
+    case Eval::TankLaCa:
+        P(dp.L, dp.C, dp.Qu);
+        if (dp.Qa > 0) SET(Zr, Zr + wA * dp.La / dp.Qa);
+        SET(Zi, Zi - (1 / wA) / dp.Ca + wA * dp.La);
+        invZ();
+        break;
+    case Eval::TankLa: // the last step recomputes the tank alone, so La and Qa have no
+                       // effect. Kept as it always was.
+        P(dp.L, dp.C, dp.Qu);
+        if (dp.Qa > 0) SET(Zr, Zr + wA * dp.La / dp.Qa);
+        SET(Zi, Zi + wA * dp.La);
+        SET(den, Yr * Yr + Yi * Yi);
+        SET(Zr, Yr / den);
+        SET(Zi, -Yi / den);
+        break;
+    case Eval::TankCaAcrossLa:
         P(dp.L, dp.C, dp.Qu);
         SET(Zi, Zi - (1 / wA) / dp.Ca);
         invZ();
@@ -396,13 +361,7 @@ template <class E> void evaluate(E& e, const Dipole& dp, int d, double wA, doubl
         SET(Yi, Yi - (1 / wA) / dp.La);
         invY();
         break;
-    case 28: // series RLC
-        SET(Zr, dp.R);
-        if (dp.Qu > 0) SET(Zr, Zr + wA * dp.L / dp.Qu);
-        SET(Zi, wA * dp.L - (1 / wA) / dp.C);
-        invZ();
-        break;
-    case 67: // tank in series with R; Yr takes the imaginary part, on purpose
+    case Eval::TankThenR: // Yr takes the imaginary part, on purpose
         SET(Yr, p(dp.L, dp.Qu));
         SET(Yi, wA * dp.C - (1 / wA) / dp.L);
         if (Yi == 0) SET(Yi, 1e-18);
@@ -413,106 +372,213 @@ template <class E> void evaluate(E& e, const Dipole& dp, int d, double wA, doubl
         SET(Yr, Zi / den);
         SET(Yi, -Zi / den);
         break;
-    case 55: // step-down to a tank
+    default: break;
+    }
+}
+
+// Tanks reached through a tap of their coil, and the transformed series arm.
+template <class E> void Evaluation<E>::tap(Eval f) {
+    switch (f) {
+    case Eval::TapTank:
+        SET(Yr, 1e-06);
+        if (dp.Qu > 0) SET(Yr, ((1 / wA) / dp.Qu) / (dp.L * K2));
+        SET(Yi, (wA * dp.C) / K2 - (1 / wA) / (dp.L * K2));
+        invY();
+        break;
+    case Eval::TapTankCa: // Ca at the tap
+        SET(Yr, 1e-06);
+        if (dp.Qu > 0) SET(Yr, ((1 / wA) / dp.Qu) / (dp.L * K2));
+        SET(Yi, wA * (dp.Ca / K2 + dp.C) - (1 / wA) / (dp.L * K2));
+        invY();
+        break;
+    case Eval::TransformedArm: // with the Cp of the current slot's design crystal
+        SET(Zr, dp.R / K2);
+        if (Zr == 0) SET(Zr, 1e-06);
+        SET(Zi, (wA / dp.L) / K2 - 1 / ((wA * dp.C) * K2));
+        SET(den, Zr * Zr + Zi * Zi);
+        SET(Yr, den / den);
+        if (dp.Qa > 0) SET(Yr, Yr + 1 / (((wA * dp.La) / K2) * dp.Qa));
+        SET(Yi, -Zi / den +
+                    wA * ((dp.Ca + slot(store.curslot).Cp * K2) - ((1 / wA) / dp.La) * K2));
+        invY();
+        break;
+    default: break;
+    }
+}
+
+// Steps of the impedance level, alone or to a tank or an inductor.
+template <class E> void Evaluation<E>::transformer(Eval f) {
+    switch (f) {
+    case Eval::StepDownTank:
         t1(dp.K);
         P(dp.L, dp.C, dp.Qu);
         break;
-    case 56: // step-up to a tank, no resonance guard
+    case Eval::StepUpTank: // no resonance guard
         t2(dp.K);
         SET(Yr, p(dp.L, dp.Qu));
         SET(Yi, (wA * dp.C) / K2 - ((1 / wA) / dp.L) / K2);
         invY();
         break;
-    case 59: t1(dp.K); break; // the previous dipole's results stand
-    case 60: t2(dp.K); break;
-    case 65: // step-down to a tank with Ca at the tap
+    case Eval::StepDown: t1(dp.K); break; // the previous dipole's results stand
+    case Eval::StepUp: t2(dp.K); break;
+    case Eval::StepDownTankCa: // Ca at the tap
         t1(dp.K);
         SET(Yr, p(dp.L, dp.Qu));
         SET(Yi, wA * (dp.Ca + dp.C * K2) - (1 / wA) / dp.L);
         invY();
         break;
-    case 66: // step-up to a tank with Ca
+    case Eval::StepUpTankCa:
         t2(dp.K);
         SET(Yr, p(dp.L, dp.Qu));
         SET(Yi, wA * (dp.Ca / K2 + dp.C) - ((1 / wA) / dp.L) / K2);
         invY();
         break;
-    case 61: // step-down to an inductor
+    case Eval::StepDownCoil:
         t1(dp.K);
-        SET(Zr, q(dp.L, dp.Qu));
-        SET(Zi, wA * dp.L);
-        invZ();
+        coil(dp.L);
         break;
-    case 62: { // step-up to an inductor
+    case Eval::StepUpCoil: {
         t2(dp.K);
         double Lx = 0;
         SET(Lx, dp.L * K2);
-        SET(Zr, q(Lx, dp.Qu));
-        SET(Zi, wA * Lx);
-        invZ();
+        coil(Lx);
         break;
     }
-    case 57: // shunt Ca, series C, shunt L
+    default: break;
+    }
+}
+
+// The crystal, alone or with C across it, C in series, or both and Ca.
+template <class E> void Evaluation<E>::crystal(Eval f) {
+    X();
+    switch (f) {
+    case Eval::Crystal:
+        SET(Yi, Yi + wA * dp.Cp);
+        invY();
+        break;
+    case Eval::CrystalAcrossC:
+        SET(Yi, Yi + wA * (dp.C + dp.Cp));
+        invY();
+        break;
+    case Eval::CrystalThenC:
+        SET(Yi, Yi + wA * dp.Cp);
+        invY();
+        SET(Zi, Zi - (1 / wA) / dp.C);
+        invZ();
+        break;
+    case Eval::CrystalAcrossCThenCa: // 1 siemens, as the tank in series with Ca
+        SET(Yi, Yi + wA * (dp.C + dp.Cp));
+        invY();
+        SET(Zi, Zi - (1 / wA) / dp.Ca);
+        SET(den, Zr * Zr + Zi * Zi);
+        SET(Yr, den / den);
+        SET(Yi, -Zi / den);
+        break;
+    default: break;
+    }
+}
+
+// The dividers: three arms in one dipole, walked on the walker's running values.
+template <class E> void Evaluation<E>::composite(Eval f) {
+    if (f == Eval::DividerIn) { // shunt Ca, series C, shunt L
         cap(dp.Ca);
         shuntstep();
         cap(dp.C);
         seriesstep(false);
-        SET(Zr, q(dp.L, dp.Qu));
-        SET(Zi, wA * dp.L);
-        invZ();
-        break;
-    case 58: // shunt L, series C, shunt Ca
-        SET(Zr, q(dp.L, dp.Qu));
-        SET(Zi, wA * dp.L);
-        invZ();
+        coil(dp.L);
+    } else { // shunt L, series C, shunt Ca
+        coil(dp.L);
         shuntstep();
         cap(dp.C);
         seriesstep(false);
         cap(dp.Ca);
-        break;
-    case 69:
-    case 70:
-    case 71:
-    case 72:
-    case 73: { // coupled coils as a T of inductors; the second leg (La - M or L - M with
-               // Qa) never enters a result, so it is not formed here
-        double M = 0, Lm = 0, Cm = 0;
-        SET(M, std::sqrt(dp.L * dp.La) * dp.K);
-        if (type <= 71) {
-            SET(Lm, dp.L - M);
-            SET(Cm, dp.C);
-        } else {
-            SET(Lm, dp.La - M);
-            if (type == 72) SET(Cm, dp.Ca);
-        }
-        if (type <= 71) {
-            SET(Zr, 1e-06);
-            SET(Zi, (-1 / wA) / Cm);
-            SET(Yr, 1e-06);
-            SET(Yi, -1 / Zi);
-            shuntstep();
-        } else {
-            SET(Zr, 1000000000000.0);
-            SET(Zi, 0);
-            SET(Yr, 0);
-            SET(Yi, 0);
-        }
-        SET(Zr, q(Lm, dp.Qu));
-        if (type == 72) SET(Zi, wA * Lm - (1 / wA) / Cm);
-        else SET(Zi, wA * Lm);
-        invZ();
-        seriesstep(true);
-        SET(Zr, q(M, dp.Qu));
-        SET(Zi, wA * M);
-        invZ();
-        seriesstep(true);
-        if (type == 70) {
-            S(dp.L, dp.C, dp.Qu);
-            seriesstep(true);
-        }
-        break;
     }
-    default: break; // 25, 26, 30, 63, 64 and unknown types: results as they were
+}
+
+// Coupled coils as a T of inductors; the second leg (La - M or L - M with Qa) never
+// enters a result, so it is not formed here.
+template <class E> void Evaluation<E>::coupled(Eval f) {
+    const bool Lside = f == Eval::Coupled || f == Eval::CoupledThenLC;
+    double M = 0, Lm = 0, Cm = 0;
+    SET(M, std::sqrt(dp.L * dp.La) * dp.K);
+    if (Lside) {
+        SET(Lm, dp.L - M);
+        SET(Cm, dp.C);
+    } else {
+        SET(Lm, dp.La - M);
+        if (f == Eval::CoupledLaCa) SET(Cm, dp.Ca);
+    }
+    if (Lside) {
+        residualcap(Cm);
+        shuntstep();
+    } else {
+        open();
+    }
+    SET(Zr, q(Lm, dp.Qu));
+    if (f == Eval::CoupledLaCa) SET(Zi, wA * Lm - (1 / wA) / Cm);
+    else SET(Zi, wA * Lm);
+    invZ();
+    seriesstep(true);
+    SET(Zr, q(M, dp.Qu));
+    SET(Zi, wA * M);
+    invZ();
+    seriesstep(true);
+    if (f == Eval::CoupledThenLC) {
+        S(dp.L, dp.C, dp.Qu);
+        seriesstep(true);
+    }
+}
+
+template <class E> void evaluate(E& e, const Dipole& dp, int d, double wA, double& zs) {
+    const DipoleType& type = dipoletype(dp.type);
+    Evaluation<E> v{e, dp, d, wA, zs};
+    if (type.squaresK) SET(v.K2, dp.K * dp.K);
+    switch (type.eval) {
+    case Eval::None: break; // results as they were
+    case Eval::Resistor:
+    case Eval::Inductor:
+    case Eval::Capacitor:
+    case Eval::SeriesLC:
+    case Eval::Tank:
+    case Eval::Wire:
+    case Eval::Open:
+    case Eval::SeriesRLC: v.plain(type.eval); break;
+    case Eval::SeriesLCAcrossCa:
+    case Eval::SeriesLCAcrossLaCa:
+    case Eval::TwoBranches:
+    case Eval::TwoBranchesR:
+    case Eval::SeriesLCAcrossLa:
+    case Eval::SeriesLCAcrossLaThenCa:
+    case Eval::SeriesLCAcrossCaThenLa: v.seriespair(type.eval); break;
+    case Eval::TankThenCa:
+    case Eval::TankLaAcrossCa:
+    case Eval::TwoTanks:
+    case Eval::TwoTanksR:
+    case Eval::TankLaCa:
+    case Eval::TankLa:
+    case Eval::TankCaAcrossLa:
+    case Eval::TankThenR: v.tankpair(type.eval); break;
+    case Eval::TapTank:
+    case Eval::TapTankCa:
+    case Eval::TransformedArm: v.tap(type.eval); break;
+    case Eval::StepDown:
+    case Eval::StepUp:
+    case Eval::StepDownTank:
+    case Eval::StepUpTank:
+    case Eval::StepDownTankCa:
+    case Eval::StepUpTankCa:
+    case Eval::StepDownCoil:
+    case Eval::StepUpCoil: v.transformer(type.eval); break;
+    case Eval::Crystal:
+    case Eval::CrystalAcrossC:
+    case Eval::CrystalThenC:
+    case Eval::CrystalAcrossCThenCa: v.crystal(type.eval); break;
+    case Eval::DividerIn:
+    case Eval::DividerOut: v.composite(type.eval); break;
+    case Eval::Coupled:
+    case Eval::CoupledThenLC:
+    case Eval::CoupledLaCa:
+    case Eval::CoupledLa: v.coupled(type.eval); break;
     }
 }
 

@@ -1,5 +1,5 @@
-// The dipole catalogue: types 1 to 73, their immittance at the analysis frequency and the
-// prompt for their values.
+// The dipoles' immittance at the analysis frequency, worked out in the evaluation form
+// that each type's catalogue record names (core/dipolecatalogue.h).
 #pragma once
 
 #include <string>

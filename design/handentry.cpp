@@ -5,6 +5,7 @@
 #include "analysis/plotframe.h"
 #include "core/commands.h"
 #include "core/designstore.h"
+#include "core/dipolecatalogue.h"
 #include "core/desktop.h"
 #include "core/framestate.h"
 #include "core/surface.h"
@@ -23,53 +24,6 @@ constexpr int DONEINDEX = 8;
 constexpr int HCANCEL = 26;
 constexpr int VCANCEL = 30;
 constexpr int LOADTYPE = 31;
-
-// What a palette picture shows, as its tool tip: the network of the dipole type.
-const char* networkname(int type) {
-    switch (type) {
-    case 1: case 31: return "Resistor";
-    case 2: case 32: return "Inductor";
-    case 3: case 33: return "Capacitor";
-    case 4: case 34: return "Series LC";
-    case 5: case 35: return "Parallel LC tank";
-    case 6: return "Short circuit: a plain wire";
-    case 7: case 37: return "Crystal";
-    case 38: return "Open circuit: nothing";
-    case 9: case 39: return "Series LC across Ca";
-    case 10: case 40: return "Parallel LC in series with Ca";
-    case 11: case 41: return "Tank on a tap";
-    case 12: case 42: return "Tank in series with La, all across Ca";
-    case 13: case 43: return "Series LC across La and Ca";
-    case 14: case 36: return "Tank on a tap with Ca at the tap";
-    case 15: case 45: return "Crystal with C across it";
-    case 16: case 46: return "Crystal in series with C";
-    case 17: case 47: return "Two series LC branches in parallel";
-    case 18: case 48: return "Two tanks in series";
-    case 19: case 49: return "Tank, La and Ca all in series";
-    case 20: case 50: return "Series LC across La";
-    case 21: case 51: return "Tank in series with La";
-    case 22: case 52: return "Series LC across La, in series with Ca";
-    case 23: case 53: return "Series LC across Ca, in series with La";
-    case 24: case 54: return "Tank in series with Ca, across La";
-    case 27: return "Crystal with C across it, in series with Ca";
-    case 28: return "Series RLC";
-    case 29: return "Two series LC branches in parallel, with R across";
-    case 55: return "Step-down to a tank";
-    case 56: return "Step-up to a tank";
-    case 57: return "Input divider: shunt Ca, series C, shunt L";
-    case 58: return "Output divider: shunt L, series C, shunt Ca";
-    case 59: return "Step-down transformer";
-    case 60: return "Step-up transformer";
-    case 61: return "Step-down to an inductor";
-    case 62: return "Step-up to an inductor";
-    case 65: return "Step-down to a tank with Ca at the tap";
-    case 66: return "Step-up to a tank with Ca";
-    case 67: return "Tank in series with R";
-    case 68: return "Two tanks in series, with R in series";
-    case 69: case 70: case 71: case 72: case 73: return "Coupled coils";
-    default: return "";
-    }
-}
 
 // The types a palette offers, in order: the series palette 1 to 29 without the icon 25,
 // the shunt palette 30 to 73 without the types that have no place in a ladder.
@@ -188,7 +142,7 @@ void DipolePalette::build() {
             c.caption = "CANCEL";
             c.tooltip = "Abort entering Schematic";
         } else {
-            c.tooltip = networkname(t);
+            c.tooltip = dipoletype(t).name;
         }
         const bool v = vertical;
         c.onclick = [v](int i) { v ? vdipole_Click(i) : Hdipole_Click(i); };

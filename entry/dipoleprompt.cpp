@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "core/designstore.h"
-#include "core/dipoles.h"
+#include "core/dipolecatalogue.h"
 #include "entry/dipoleprompt.h"
 #include "core/notation.h"
 #include "entry/panel.h"
@@ -13,8 +13,6 @@
 namespace zelk {
 
 namespace {
-
-enum class Field { R, L, Qu, C, Ca, K, La, Qa, Ka };
 
 struct RowText {
     const char* label;
@@ -32,6 +30,7 @@ RowText rowtext(Field f) {
     case Field::La: return {"La=", "Inductance"};
     case Field::Qa: return {"Qa=", "Inductor Q"};
     case Field::Ka: return {"Ka=", ""};
+    case Field::Crystal: break;
     }
     return {"", ""};
 }
@@ -47,86 +46,9 @@ double& fieldof(Dipole& dp, Field f) {
     case Field::Qa: return dp.Qa;
     case Field::K:
     case Field::Ka: return dp.K;
+    case Field::Crystal: break;
     }
     return dp.K;
-}
-
-struct PromptPlan {
-    std::vector<Field> rows;
-    bool krule = false;
-    bool crystal = false;
-    bool prompt = true; // false: the type has no prompt at all
-};
-
-PromptPlan planfor(int type) {
-    using F = Field;
-    switch (type) {
-    case 1:
-    case 31: return {{F::R}};
-    case 2:
-    case 32: return {{F::L, F::Qu}};
-    case 3:
-    case 33: return {{F::C}};
-    case 4:
-    case 5:
-    case 34:
-    case 35: return {{F::L, F::Qu, F::C}};
-    case 9:
-    case 10:
-    case 39:
-    case 40:
-    case 57:
-    case 58: return {{F::L, F::Qu, F::C, F::Ca}};
-    case 11:
-    case 41:
-    case 55:
-    case 56: return {{F::L, F::Qu, F::C, F::K}, true};
-    case 14:
-    case 36:
-    case 65:
-    case 66: return {{F::L, F::Qu, F::C, F::Ca, F::K}, true};
-    case 61:
-    case 62: return {{F::L, F::Qu, F::K}, true};
-    case 59: return {{F::K}, true};
-    case 12:
-    case 13:
-    case 17:
-    case 18:
-    case 19:
-    case 22:
-    case 23:
-    case 24:
-    case 42:
-    case 43:
-    case 47:
-    case 48:
-    case 49:
-    case 52:
-    case 53:
-    case 54: return {{F::L, F::Qu, F::C, F::La, F::Qa, F::Ca}};
-    case 29:
-    case 68: return {{F::L, F::Qu, F::C, F::La, F::Qa, F::Ca, F::R}};
-    case 20:
-    case 21:
-    case 50:
-    case 51: return {{F::L, F::Qu, F::C, F::La, F::Qa}};
-    case 28:
-    case 67: return {{F::L, F::Qu, F::C, F::R}};
-    case 44: return {{F::L, F::Qu, F::C, F::K}, true, true};
-    case 69:
-    case 70:
-    case 72: return {{F::L, F::Qu, F::C, F::La, F::Qa, F::Ca, F::Ka}};
-    case 71:
-    case 73: return {{F::L, F::Qu, F::C, F::La, F::Qa, F::Ka}};
-    case 7:
-    case 37: return {{}, false, true};
-    case 15:
-    case 16:
-    case 45:
-    case 46: return {{F::C}, false, true};
-    case 27: return {{F::C, F::Ca}, false, true};
-    default: return {{}, false, false, false}; // 6, 8, 38, 60 and the unused numbers
-    }
 }
 
 std::string presettext(double v, Field f) {
@@ -139,8 +61,12 @@ std::string presettext(double v, Field f) {
 } // namespace
 
 void dipoleprompt(int d, int type, const std::string& note) {
-    const PromptPlan plan = planfor(type);
-    if (!plan.prompt) return;
+    // The rows in the panel's order, from the type's record.
+    const Fields fields = dipoletype(type).fields;
+    if (fields == 0) return; // no prompt at all
+    std::vector<Field> rows;
+    for (int f = 0; f < static_cast<int>(Field::Crystal); ++f)
+        if (has(fields, static_cast<Field>(f))) rows.push_back(static_cast<Field>(f));
 
     Dipole& dp = dipole(0, d);
     if (store.entering) {
@@ -150,7 +76,7 @@ void dipoleprompt(int d, int type, const std::string& note) {
         dp.K = 0.4;
     }
 
-    if (plan.rows.size() > 0) {
+    if (rows.size() > 0) {
         panelclear();
         panelplotbuttons(false);
         getdata.ctl("set").enabled = false;
@@ -158,7 +84,7 @@ void dipoleprompt(int d, int type, const std::string& note) {
         paneldipole(type);
         if (!note.empty()) getdata.setnote(note);
         int i = 0;
-        for (Field f : plan.rows) {
+        for (Field f : rows) {
             RowText r = rowtext(f);
             panelrow(i++, r.label, presettext(fieldof(dp, f), f), r.tooltip);
         }
@@ -166,14 +92,14 @@ void dipoleprompt(int d, int type, const std::string& note) {
 
         cleardipole(d);
         i = 0;
-        for (Field f : plan.rows) {
+        for (Field f : rows) {
             double v = panelvalue(i++);
             fieldof(dp, f) = std::isfinite(v) ? v : 0;
         }
         // K rule: a tap ratio typed as 1 or more is kept as its reciprocal.
-        if (plan.krule && dp.K >= 1) dp.K = 1 / dp.K;
+        if (has(fields, Field::K) && dp.K >= 1) dp.K = 1 / dp.K;
     }
-    if (plan.crystal) crystalpanel(d);
+    if (has(fields, Field::Crystal)) crystalpanel(d);
     frame.designsaved = false;
 }
 

@@ -1,10 +1,12 @@
 #include "schematic/dipolepictures.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cmath>
 #include <string>
 #include <vector>
 
+#include "core/dipolecatalogue.h"
 #include "core/surface.h"
 
 namespace zelk {
@@ -179,8 +181,6 @@ struct Net {
 };
 
 Net part(char k, std::string t) { return Net{k, std::move(t), {}}; }
-Net S(std::vector<Net> k) { return Net{'S', "", std::move(k)}; }
-Net P(std::vector<Net> k) { return Net{'P', "", std::move(k)}; }
 
 double along(const Net& n) {
     if (n.kind == 'S') {
@@ -282,52 +282,43 @@ void ground(const Pen& p, double u) {
     p.line(u - 0.025, RAILLEVEL + 0.04, u + 0.025, RAILLEVEL + 0.04);
 }
 
+// The network a catalogue record writes as text: parts R L C La Ca X, each drawn as its
+// letter with the name as label, in series S(..) and parallel P(..).
+Net parse(const char*& f) {
+    if ((f[0] == 'S' || f[0] == 'P') && f[1] == '(') {
+        Net n{f[0], "", {}};
+        f += 2;
+        for (;;) {
+            n.kids.push_back(parse(f));
+            if (*f++ != ',') return n; // the closing bracket
+        }
+    }
+    std::string name;
+    while (std::isalpha(static_cast<unsigned char>(*f))) name += *f++;
+    return part(name[0], name);
+}
+
 // The network of a type that is a plain series-parallel combination, or false.
 bool network(int t, Net& out) {
-    Net L = part('L', "L"), C = part('C', "C"), La = part('L', "La"), Ca = part('C', "Ca"), R = part('R', "R"),
-        X = part('X', "X");
-    switch (t) {
-    case 1: out = R; return true;
-    case 2: out = L; return true;
-    case 3: out = C; return true;
-    case 4: out = S({L, C}); return true;
-    case 5: out = P({L, C}); return true;
-    case 7: out = X; return true;
-    case 9: out = P({S({L, C}), Ca}); return true;
-    case 10: out = S({P({L, C}), Ca}); return true;
-    case 12: out = P({S({P({L, C}), La}), Ca}); return true;
-    case 13: out = P({S({L, C}), La, Ca}); return true;
-    case 15: out = P({X, C}); return true;
-    case 16: out = S({X, C}); return true;
-    case 17: out = P({S({L, C}), S({La, Ca})}); return true;
-    case 18: out = S({P({L, C}), P({La, Ca})}); return true;
-    case 19: out = S({P({L, C}), La, Ca}); return true;
-    case 20: out = P({S({L, C}), La}); return true;
-    case 21: out = S({P({L, C}), La}); return true;
-    case 22: out = S({P({S({L, C}), La}), Ca}); return true;
-    case 23: out = S({P({S({L, C}), Ca}), La}); return true;
-    case 24: out = P({S({P({L, C}), Ca}), La}); return true;
-    case 27: out = S({P({X, C}), Ca}); return true;
-    case 28: out = S({R, L, C}); return true;
-    case 29: out = P({S({L, C}), S({La, Ca}), R}); return true;
-    case 67: out = S({R, P({L, C})}); return true;
-    case 68: out = S({P({L, C}), P({La, Ca}), R}); return true;
-    default: break;
-    }
-    if (t >= 31 && t <= 59 && t != 36 && t != 44 && t != 41 && t != 38) return network(t - 30, out);
-    return false;
+    const char* f = dipoletype(t).network;
+    if (!f) return false;
+    out = parse(f);
+    return true;
 }
 
 void series(const Pen& p, int t) {
     const double W = WIRELEVEL;
     Net n;
-    if (t == 6) {
+    const DipoleType& type = dipoletype(t);
+    const bool tap = type.place == Place::Series &&
+                     (type.picture == Picture::TapTank || type.picture == Picture::TapTankCa);
+    if (type.picture == Picture::Wire) {
         p.line(0, W, 1, W);
         return;
     }
-    if (t == 11 || t == 14) {
-        // A tank with the right terminal on a tap of its coil; 14 has Ca from the tap to
-        // the far end of the coil.
+    if (tap) {
+        // A tank with the right terminal on a tap of its coil; with Ca from the tap to
+        // the far end of the coil on the second.
         p.line(0, W, 0.15, W);
         drawpart(p, Part::L, 0.15, 0.72, W, true, "");
         label(p, "L", 0.36, W + 0.0);
@@ -340,14 +331,15 @@ void series(const Pen& p, int t) {
         p.line(0.86, W + 0.07, 0.86, W);
         p.line(0.86, W, 1, W);
         p.dot(tap, W);
-        if (t == 14) {
+        if (type.picture == Picture::TapTankCa) {
             drawpart(p, Part::C, W - 0.36, W, 0.86, false, "Ca");
             p.line(0.72, W - 0.36, 0.86, W - 0.36);
         }
         return;
     }
-    if (t == 8 || t == 26 || t == 25) return;
-    if (!network(t, n)) return;
+    // The value panel draws a shunt type across; 55 to 59 have always shown the network
+    // of the series type 30 below them there.
+    if (!network(t >= 55 && t <= 59 ? t - 30 : t, n)) return;
     p.line(0, W, 0.08, W);
     p.line(0.92, W, 1, W);
     render(p, n, 0.08, 0.92, W, true, 0.3);
@@ -413,9 +405,13 @@ void divider(const Pen& p) {
     ground(p, 0.6);
 }
 
-void coupled(const Pen& p, int t) {
+// The coils, with C on the source side (primary), Ca on the load side across the coil
+// (secondary) or in series with it.
+void coupled(const Pen& p, Picture k) {
     double top = 0.16, bottom = 0.84;
-    bool C1 = t == 69 || t == 70 || t == 71, C2 = t == 69 || t == 72, series2 = t == 70;
+    bool C1 = k == Picture::CoupledTuned || k == Picture::CoupledSeriesTuned || k == Picture::CoupledPrimaryTuned,
+         C2 = k == Picture::CoupledTuned || k == Picture::CoupledSecondaryTuned,
+         series2 = k == Picture::CoupledSeriesTuned;
     p.line(0.2, 0, 0.2, top);
     p.line(0.8, 0, 0.8, top);
     p.line(0.2, top, 0.38, top);
@@ -459,24 +455,31 @@ void shunt(const Pen& p, int t) {
         p.line(0.8, W, 1, W);
         return;
     }
-    if (t == 30 || t == 38 || t == 44 || t == 63 || t == 64) return;
+    const DipoleType& type = dipoletype(t);
     Pen m = p;
-    switch (t) {
-    case 55: tapped(p, true, false); return;
-    case 56: m.mirror = true; tapped(m, true, false); return;
-    case 65: tapped(p, true, true); return;
-    case 66: m.mirror = true; tapped(m, true, true); return;
-    case 61: tapped(p, false, false); return;
-    case 62: m.mirror = true; tapped(m, false, false); return;
-    case 59: windings(p, false); return;
-    case 60: windings(p, true); return;
-    case 57: divider(p); return;
-    case 58: m.mirror = true; divider(m); return;
-    case 69: case 70: case 71: case 72: case 73: coupled(p, t); return;
+    m.mirror = true;
+    switch (type.picture) {
+    case Picture::StepDownTank: tapped(p, true, false); return;
+    case Picture::StepUpTank: tapped(m, true, false); return;
+    case Picture::StepDownTankCa: tapped(p, true, true); return;
+    case Picture::StepUpTankCa: tapped(m, true, true); return;
+    case Picture::StepDownCoil: tapped(p, false, false); return;
+    case Picture::StepUpCoil: tapped(m, false, false); return;
+    case Picture::StepDown: windings(p, false); return;
+    case Picture::StepUp: windings(p, true); return;
+    case Picture::DividerIn: divider(p); return;
+    case Picture::DividerOut: divider(m); return;
+    case Picture::CoupledTuned:
+    case Picture::CoupledSeriesTuned:
+    case Picture::CoupledPrimaryTuned:
+    case Picture::CoupledSecondaryTuned:
+    case Picture::CoupledUntuned: coupled(p, type.picture); return;
     default: break;
     }
-    if (t == 41 || t == 36) {
-        // A shunt tank reached through a tap of its coil; 36 has Ca from the tap to ground.
+    if (type.place == Place::Shunt &&
+        (type.picture == Picture::TapTank || type.picture == Picture::TapTankCa)) {
+        // A shunt tank reached through a tap of its coil; with Ca from the tap to ground
+        // on the second.
         double top = 0.18, bottom = 0.84, tap = 0.56, u = 0.5;
         p.line(0.5, 0, 0.5, 0.07);
         p.line(0.5, 0.07, 0.26, 0.07);
@@ -490,7 +493,7 @@ void shunt(const Pen& p, int t) {
         p.line(u, top, 0.8, top);
         drawpart(p, Part::C, top, bottom, 0.8, false, "C");
         p.line(u, bottom, 0.8, bottom);
-        if (t == 36) {
+        if (type.picture == Picture::TapTankCa) {
             drawpart(p, Part::C, tap, bottom, 0.26, false, "Ca", true);
             p.line(0.26, bottom, u, bottom);
         }

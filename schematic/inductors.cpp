@@ -6,6 +6,7 @@
 
 #include "core/commands.h"
 #include "core/designstore.h"
+#include "core/dipolecatalogue.h"
 #include "core/desktop.h"
 #include "core/framestate.h"
 #include "core/hostmath.h"
@@ -20,17 +21,6 @@ namespace {
 const char* const FORMSFILE = "\\tables\\Forms.txt";
 const char* const AWGFILE = "\\tables\\awg.txt";
 const char* const ERRORTITLE = "Inductor Design Error";
-
-// Dipole types whose L is a coil that can be wound, and those whose La is.
-bool windableL(int t) {
-    return t == 2 || t == 4 || t == 5 || (t >= 9 && t <= 14) || (t >= 17 && t <= 24) || t == 32 ||
-           (t >= 34 && t <= 36) || (t >= 39 && t <= 44) || (t >= 47 && t <= 58) || (t >= 60 && t <= 62) ||
-           t == 65 || t == 66 || (t >= 69 && t <= 71);
-}
-bool windableLa(int t) {
-    return t == 12 || t == 13 || (t >= 17 && t <= 24) || t == 42 || t == 43 || (t >= 47 && t <= 54) ||
-           (t >= 69 && t <= 71);
-}
 
 // The items of a table file as sequential input reads them: separated by commas and
 // line ends, a quoted item is its text without the quotes.
@@ -131,8 +121,9 @@ std::vector<std::string> inductorlist() {
     const int count = std::min(s.count(), MAXDIPOLE);
     for (int n = 1; n <= count; ++n) {
         const Dipole& d = s.dip(n);
-        if (d.L > 0 && windableL(d.type)) out.push_back("L" + numtext(n));
-        if (d.La > 0 && windableLa(d.type)) out.push_back("La" + numtext(n));
+        const Fields coils = dipoletype(d.type).coils;
+        if (d.L > 0 && has(coils, Field::L)) out.push_back("L" + numtext(n));
+        if (d.La > 0 && has(coils, Field::La)) out.push_back("La" + numtext(n));
     }
     return out;
 }

@@ -5,6 +5,7 @@
 #include "core/commands.h"
 #include "core/designflow.h"
 #include "core/designstore.h"
+#include "core/dipolecatalogue.h"
 #include "core/dipoles.h"
 #include "core/hostmath.h"
 #include "core/surface.h"
@@ -190,18 +191,19 @@ void tuningdata(int n) {
     int t = d.type;
     std::string ds = plainnum(n);
     std::string first = "F(L" + ds + "C" + ds + ")=";
-    if (among(t, {4, 5, 28, 34, 35, 67})) {
+    const Tuning tuning = dipoletype(t).tuning;
+    if (tuning == Tuning::LC) {
         pair(first, d.C * d.L);
-    } else if (among(t, {9, 10, 39, 40})) {
+    } else if (tuning == Tuning::LCandLCa) {
         pair(first, d.C * d.L);
         pair("F(L" + ds + "Ca" + ds + ")=", d.Ca * d.L);
-    } else if (among(t, {12, 13, 17, 18, 19, 22, 23, 24, 29, 42, 43, 47, 48, 49, 52, 53, 54, 68})) {
+    } else if (tuning == Tuning::LCandLaCa) {
         pair(first, d.C * d.L);
         pair("F(La" + ds + "Ca" + ds + ")=", d.La * d.Ca);
-    } else if (among(t, {20, 21, 50, 51})) {
+    } else if (tuning == Tuning::LCandLaC) {
         pair(first, d.C * d.L);
         pair("F(La" + ds + "C" + ds + ")=", d.La * d.C);
-    } else if (among(t, {57, 58})) {
+    } else if (tuning == Tuning::Divider) {
         pair("F[L" + ds + "(C" + ds + "Ca" + ds + "/(C" + ds + "+Ca" + ds + ")]",
              ((d.Ca * d.C) / (d.Ca + d.C)) * d.L);
     } else {
@@ -249,53 +251,22 @@ void dipolelisting() {
     report.listwidth = 0;
     int count = slot(store.curslot).count();
     for (int n = 1; n <= count; ++n) {
-        int t = dip(n).type;
         // Blanks have no values; a tap with Ca at the tap (36) gets no block either.
-        if (among(t, {6, 8, 38, 36})) continue;
+        const char* lines = dipoletype(dip(n).type).report;
+        if (!lines) continue;
         w.setcolour(BLACK);
         partline("DIPOLE " + plainnum(n));
-        if (among(t, {1, 31})) {
-            Rline(n);
-        } else if (among(t, {2, 32, 61, 62})) {
-            inductorline(n);
-        } else if (among(t, {3, 33})) {
-            capline(n);
-        } else if (among(t, {4, 5, 34, 35, 55, 56})) {
-            capline(n);
-            inductorline(n);
-        } else if (among(t, {7, 37})) {
-            crystallines(n);
-        } else if (among(t, {9, 10, 14, 36, 39, 40, 57, 58, 65, 66})) {
-            capline(n);
-            caline(n);
-            inductorline(n);
-        } else if (among(t, {11, 41})) {
-            capline(n);
-            inductorline(n);
-        } else if (among(t, {12, 13, 17, 18, 19, 22, 23, 24, 29, 42, 43, 47, 48, 49, 52, 53, 54,
-                             68, 69, 70, 72})) {
-            capline(n);
-            inductorline(n);
-            caline(n);
-            inductoraline(n);
-            if (t == 29 || t == 68) Rline(n);
-        } else if (among(t, {15, 16, 45, 46})) {
-            capline(n);
-            crystallines(n);
-        } else if (among(t, {20, 21, 50, 51, 71, 73})) {
-            capline(n);
-            inductorline(n);
-            inductoraline(n);
-        } else if (t == 27) {
-            capline(n);
-            caline(n);
-            crystallines(n);
-        } else if (among(t, {28, 67})) {
-            capline(n);
-            inductorline(n);
-            Rline(n);
+        for (const char* k = lines; *k; ++k) {
+            switch (*k) {
+            case 'R': Rline(n); break;
+            case 'C': capline(n); break;
+            case 'c': caline(n); break;
+            case 'L': inductorline(n); break;
+            case 'l': inductoraline(n); break;
+            case 'X': crystallines(n); break;
+            case 'K': partline("coupling = " + numtext(dip(n).K)); break;
+            }
         }
-        if (among(t, {69, 70, 71})) partline("coupling = " + numtext(dip(n).K));
         tuningdata(n);
         blankline();
     }
