@@ -84,7 +84,13 @@ INSTANTIATE_TEST_SUITE_P(
                 "line 8: mousemove needs BUTTON X Y (numbers)"},
         Refused{"MouseButtonBeyondAnyInteger",
                 design + "> Getdata: 1M 100M -80 10\nPIG\nevent plotPIG frame mouseup 99999999999 10 10\n",
-                "line 8: mouseup needs BUTTON X Y (numbers)"}),
+                "line 8: mouseup needs BUTTON X Y (numbers)"},
+        Refused{"SeedNegative", "option seed -1\n", "line 1: option seed needs a whole number"},
+        Refused{"SeedNotANumber", "option seed x\n", "line 1: option seed needs a whole number"},
+        Refused{"PassesZero", "option passes 0\n", "line 1: option passes needs 1 or more"},
+        Refused{"PassesFraction", "option passes 1.5\n", "line 1: option passes needs a whole number"},
+        Refused{"PassesMissing", "option passes\n", "line 1: option NAME on|off"},
+        Refused{"BandOfNoPlot", "dump band plotNONE\n", "line 1: cannot dump band with these arguments"}),
     [](const auto& info) { return std::string(info.param.name); });
 
 TEST(Faults, EmptyFileNameIsACancel) {
