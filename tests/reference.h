@@ -57,6 +57,13 @@ inline DesignSlot& writeladder(int s, const std::vector<Part>& parts) {
     return sl;
 }
 
+// The types of the dipoles of slot s, source to load.
+inline std::vector<int> types(int s = 0) {
+    std::vector<int> t;
+    for (int d = 1; d <= slot(s).count(); ++d) t.push_back(slot(s).dip(d).type);
+    return t;
+}
+
 // Slot 0 as the one open design with the given dipoles, code and title.
 inline DesignSlot& ladder(const std::vector<Part>& parts, const std::string& code = "BLP",
                           const std::string& designtitle = "Test") {

@@ -33,10 +33,7 @@ std::string crscript(const std::string& command, const std::string& band,
 
 TEST(CoupledResonator, ButterworthOrder3CouplingsAndBandEdges) {
     test::Session s;
-    ASSERT_EQ(s.run(crscript("BCR", "10M 500K 3") +
-                    "> Getdata: 9.5M 10.5M 0 -40\nPEG\ndump curve plotPEG\n"),
-              0)
-        << s.err.str();
+    ASSERT_EQ(s.run(crscript("BCR", "10M 500K 3") + "> Getdata: 9.5M 10.5M 0 -40\nPEG\n"), 0) << s.err.str();
     const DesignSlot& d = slot(0);
     ASSERT_EQ(d.code, "BCR");
     ASSERT_EQ(d.count(), 10);
@@ -50,19 +47,13 @@ TEST(CoupledResonator, ButterworthOrder3CouplingsAndBandEdges) {
     }
     for (int i = 1; i <= 3; ++i) EXPECT_EQ(d.dip(2 * i + 2).Qu, 1000) << "lossless reads Q 1000";
     // The -3 dB crossings of the transducer gain, from the plotted points.
-    std::istringstream curve(s.take());
-    std::vector<double> f, db;
-    int slotno, i;
-    double x, y;
-    while (curve >> slotno >> i >> x >> y) {
-        f.push_back(x);
-        db.push_back(y);
-    }
-    ASSERT_GE(f.size(), 512u);
+    const auto c = test::curve(s, "plotPEG");
+    ASSERT_GE(c.size(), 512u);
     std::vector<double> edges;
-    for (size_t j = 1; j < f.size(); ++j)
-        if ((db[j - 1] + 3) * (db[j] + 3) < 0)
-            edges.push_back(f[j - 1] + (f[j] - f[j - 1]) * (-3 - db[j - 1]) / (db[j] - db[j - 1]));
+    for (size_t j = 1; j < c.size(); ++j) {
+        const double y0 = c[j - 1].value + 3, y1 = c[j].value + 3;
+        if (y0 * y1 < 0) edges.push_back(c[j - 1].x + (c[j].x - c[j - 1].x) * -y0 / (y1 - y0));
+    }
     ASSERT_EQ(edges.size(), 2u);
     EXPECT_NEAR(edges[0], 9.75e6, 0.02 * 9.75e6);
     EXPECT_NEAR(edges[1], 10.25e6, 0.02 * 10.25e6);
@@ -151,13 +142,11 @@ TEST(CoupledResonator, MatchedDesignPassesThePowerOfAFiftyOhmSource) {
     for (const char* z : {"50 50", "getvalue(0)=50 accept", "getvalue(1)=50 accept"}) {
         test::Session s;
         ASSERT_EQ(s.run(crscript("BCR", "10M 500K 3", "accept", z) +
-                        "> Getdata: 9.5M 10.5M 0 -40\nPEG\ndump curve plotPEG\n"),
+                        "> Getdata: 9.5M 10.5M 0 -40\nPEG\n"),
                   0)
             << z << s.err.str();
-        std::istringstream curve(s.take());
-        double peak = -1e9, x, y;
-        int a, b;
-        while (curve >> a >> b >> x >> y) peak = std::max(peak, y);
+        double peak = -1e9;
+        for (const auto& p : test::curve(s, "plotPEG")) peak = std::max(peak, p.value);
         EXPECT_GT(peak, -1.5) << z;
     }
 }

@@ -18,19 +18,6 @@
 namespace zelk {
 namespace {
 
-// The PEG curve of slot 0 as `dump curve plotPEG` gives it: frequency and value.
-std::vector<std::pair<double, double>> curve(const std::string& dump) {
-    std::vector<std::pair<double, double>> c;
-    std::istringstream in(dump);
-    std::string line;
-    while (std::getline(in, line)) {
-        int s, i;
-        double x, v;
-        if (std::sscanf(line.c_str(), "%d %d %lf %lf", &s, &i, &x, &v) == 4 && s == 0) c.emplace_back(x, v);
-    }
-    return c;
-}
-
 std::string full(double v) {
     char b[40];
     std::snprintf(b, sizeof b, "%.17g", v);
@@ -48,16 +35,8 @@ std::string place(bool vertical, int type, const std::string& value = {}) {
 
 TEST(HandEntry, TypedButterworthGivesTheSynthesisedCurve) {
     test::Session session;
-    ASSERT_EQ(session.run("> selfunction: selection(0) \"Accept design\"\n"
-                          "> Getdata: 10M 15M 3 \"\" 5 50 50\n"
-                          "> Getdata: Lossless\n"
-                          ">? designtitle: Text1=\"Syn\" Command1\n"
-                          "butterworth\n"
-                          "> Getdata: 1M 100M 0 -80\n"
-                          "PEG\n"
-                          "dump curve plotPEG\n"),
-              0);
-    const auto synthesised = curve(session.take());
+    ASSERT_EQ(session.run(test::lowpass + "> Getdata: 1M 100M 0 -80\nPEG\n"), 0);
+    const auto synthesised = test::curve(session, "plotPEG");
     // The ladder as the synthesis left it, typed back in with every digit.
     std::vector<Dipole> ladder(slot(0).dipoles.begin() + 1, slot(0).dipoles.begin() + 1 + slot(0).count());
     ASSERT_EQ(ladder.size(), 8u);
@@ -69,14 +48,14 @@ TEST(HandEntry, TypedButterworthGivesTheSynthesisedCurve) {
         script += place(vertical, d.type, v);
     }
     script += "> Getdata: 10M\n> designtitle: Text1=\"Typed\" Command1\n" + place(false, 8) +
-              "> Getdata: 1M 100M 0 -80\nPEG\ndump curve plotPEG\n";
+              "> Getdata: 1M 100M 0 -80\nPEG\n";
     ASSERT_EQ(session.run(script), 0) << session.err.str();
-    const auto typed = curve(session.take());
+    const auto typed = test::curve(session, "plotPEG");
     ASSERT_EQ(typed.size(), 513u);
     ASSERT_EQ(synthesised.size(), typed.size());
     for (size_t i = 0; i < typed.size(); ++i) {
-        EXPECT_EQ(typed[i].first, synthesised[i].first);
-        EXPECT_NEAR(typed[i].second, synthesised[i].second, 1e-9 * std::abs(synthesised[i].second)) << i;
+        EXPECT_EQ(typed[i].x, synthesised[i].x);
+        EXPECT_NEAR(typed[i].value, synthesised[i].value, 1e-9 * std::abs(synthesised[i].value)) << i;
     }
     EXPECT_EQ(slot(0).code, "ENT");
     EXPECT_EQ(slot(0).count(), 8);

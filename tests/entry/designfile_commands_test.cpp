@@ -279,9 +279,7 @@ TEST(DesignFileCommands, ExamplesReachANewUsersFolder) {
 TEST(DesignFileCommands, TwoOpenFiltersAreBothPlotted) {
     fs::path dir = scratch("twoplots");
     test::Session s;
-    ASSERT_EQ(s.run(">? designtitle: Command1\n> selfunction: selection(0) \"Accept design\"\n"
-                    "> Getdata: 10M 15M 3 \"\" 5 50 50\n> Getdata: Lossless\nbutterworth\n"
-                    "> filedialog: " + q(dir / "low.sch") + "\nsavefilter\nnewfilter\n"
+    ASSERT_EQ(s.run(test::lowpass + "> filedialog: " + q(dir / "low.sch") + "\nsavefilter\nnewfilter\n"
                     ">? designtitle: Command1\n> selfunction: selection(1) \"Accept design\"\n"
                     "> Getdata: accept\n> Getdata: Lossless\nchebyshev\n"
                     "> filedialog: " + q(dir / "high.sch") + "\nsavefilter\nnewfilter\n"),
@@ -290,20 +288,16 @@ TEST(DesignFileCommands, TwoOpenFiltersAreBothPlotted) {
                     "\nopenfilter\n"),
               0);
     ASSERT_EQ(store.lastslot, 1);
-    s.take();
-    ASSERT_EQ(s.run("> Getdata: accept\nPEG\ndump curve plotPEG\n"), 0);
-    std::istringstream curve(s.take());
-    int slot0 = 0, slot1 = 0;
-    double low0 = 0, low1 = 0;
-    int sl, i;
-    double x, v;
-    while (curve >> sl >> i >> x >> v) {
-        (sl == 0 ? slot0 : slot1)++;
-        if (i == 0) (sl == 0 ? low0 : low1) = v;
+    ASSERT_EQ(s.run("> Getdata: accept\nPEG\n"), 0);
+    int points[2] = {0, 0};
+    double lowest[2] = {0, 0};
+    for (const auto& p : test::curve(s, "plotPEG")) {
+        ++points[p.slot];
+        if (p.index == 0) lowest[p.slot] = p.value;
     }
-    EXPECT_GT(slot0, 500);
-    EXPECT_EQ(slot1, slot0);
+    EXPECT_GT(points[0], 500);
+    EXPECT_EQ(points[1], points[0]);
     // At the lowest frequency the low-pass passes and the high-pass stops.
-    EXPECT_GT(low0, -1);
-    EXPECT_LT(low1, -20);
+    EXPECT_GT(lowest[0], -1);
+    EXPECT_LT(lowest[1], -20);
 }

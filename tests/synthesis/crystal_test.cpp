@@ -25,11 +25,6 @@ struct Ladder : test::Session {
         s.bw = bwhz * 6.283185308;
     }
     DesignSlot& s() { return slot(0); }
-    std::vector<int> types() {
-        std::vector<int> t;
-        for (int d = 1; d <= s().count(); ++d) t.push_back(s().dip(d).type);
-        return t;
-    }
 };
 
 // The run-time fault a step raises, 0 for none.
@@ -57,7 +52,7 @@ TEST_P(CouplingModes, GiveTheirDipoleTypesAndCouplingValues) {
     BCLterms();
     crystaldesignvalues();
     crystalladder(m.mode);
-    EXPECT_EQ(l.types(), m.types);
+    EXPECT_EQ(test::types(), m.types);
     DesignSlot& s = l.s();
     const double w0 = 1 / std::sqrt(s.Ls * s.Cs), bw = s.bw;
     EXPECT_NEAR(s.r0, bw * s.Ls / (2 * std::sin(pi / 8)), 1e-9 * s.r0);
@@ -120,7 +115,7 @@ TEST(Crystal, OrderTwoTunedLaddersTrimBothCrystals) {
     BCLterms();
     crystaldesignvalues();
     crystalladder("TL");
-    EXPECT_EQ(l.types(), (std::vector<int>{1, 38, 16, 32, 16, 31}));
+    EXPECT_EQ(test::types(), (std::vector<int>{1, 38, 16, 32, 16, 31}));
     const double w0 = l.s().w0;
     EXPECT_NEAR(l.s().dip(5).C, 1 / (w0 * w0 * l.s().dip(4).L), 1e-9 * l.s().dip(5).C);
 }
@@ -188,7 +183,7 @@ TEST(Crystal, TapsTakeTheEndTrimmerInBothForms) {
         EXPECT_EQ(s.dip(end).type, 7);
         EXPECT_EQ(s.dip(end).C, 0);
         if (!c.input) {
-            EXPECT_EQ(l.types(), (std::vector<int>{1, 38, 16, 32, 16, 32, 7, c.type, 6, 31}));
+            EXPECT_EQ(test::types(), (std::vector<int>{1, 38, 16, 32, 16, 32, 7, c.type, 6, 31}));
             EXPECT_EQ(s.dip(10).R, c.z);
         }
     }

@@ -28,11 +28,6 @@ struct Sideband : test::Session {
         BCLterms();
     }
     DesignSlot& s() { return slot(0); }
-    std::vector<int> types() {
-        std::vector<int> t;
-        for (int d = 1; d <= s().count(); ++d) t.push_back(s().dip(d).type);
-        return t;
-    }
 };
 
 void near(double got, double want, const char* what) { EXPECT_NEAR(got, want, 1e-9 * std::fabs(want)) << what; }
@@ -77,7 +72,7 @@ TEST(Dishal, SidebandLadders) {
         std::vector<int> types{1, 38, 27};
         for (int i = 2; i < n; ++i) types.insert(types.end(), {33, 15});
         types.insert(types.end(), {33, 27, 31});
-        EXPECT_EQ(l.types(), types);
+        EXPECT_EQ(test::types(), types);
         const DesignSlot& s = l.s();
         for (double r : {double(s.Zin), s.dip(1).R, s.dip(2 * n + 2).R}) near(r, s.r0, "termination");
         for (int i = 1; i <= n; ++i) {
@@ -87,7 +82,7 @@ TEST(Dishal, SidebandLadders) {
     }
     Sideband u(4, 4);
     ASSERT_TRUE(dishalusbladder());
-    EXPECT_EQ(u.types(), (std::vector<int>{1, 45, 3, 45, 3, 45, 3, 45, 6, 31}));
+    EXPECT_EQ(test::types(), (std::vector<int>{1, 45, 3, 45, 3, 45, 3, 45, 6, 31}));
     const DesignSlot& s = u.s();
     near(s.dip(10).R, s.r0, "load");
     const double Cn = s.dip(2).C + s.dip(1).C + s.dip(3).C + s.Cp;
