@@ -4,12 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "analysis/plots.h"
-#include "analysis/walkers.h"
 #include "core/commands.h"
 #include "core/designstore.h"
 #include "core/surface.h"

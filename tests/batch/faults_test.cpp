@@ -7,11 +7,10 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 
 #include "core/designstore.h"
+#include "core/framestate.h"
 #include "fuzz/batchcheck.h"
-#include "shell/frame.h"
 #include "files.h"
 #include "testsupport.h"
 

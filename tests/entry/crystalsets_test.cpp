@@ -10,7 +10,6 @@
 
 #include "core/designstore.h"
 #include "core/notation.h"
-#include "core/paths.h"
 #include "entry/crystalsets.h"
 #include "entry/nodalprompt.h"
 #include "entry/panel.h"

@@ -2,12 +2,8 @@
 // the scripted desktop, on designs made by the design commands or laid into the store.
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
-#include <limits>
-#include <sstream>
 #include <string>
 
 #include "core/commands.h"

@@ -3,9 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 #include <limits>
-#include <sstream>
 
 #include "fuzz/designfilecheck.h"
 #include "files.h"

@@ -4,8 +4,6 @@
 
 #include <clocale>
 #include <cmath>
-#include <cstdio>
-#include <limits>
 #include <locale>
 #include <string>
 #include <vector>

@@ -10,7 +10,6 @@
 
 #include "analysis/response.h"
 #include "core/desktop.h"
-#include "core/dipoles.h"
 #include "entry/panel.h"
 #include "reference.h"
 #include "schematic/norton.h"

@@ -7,10 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "analysis/response.h"
 #include "core/commands.h"
 #include "core/designflow.h"
-#include "core/dipoles.h"
 #include "reference.h"
 #include "schematic/schematicview.h"
 #include "schematic/structuraledits.h"

@@ -6,7 +6,6 @@
 #include "core/designflow.h"
 #include "core/designstore.h"
 #include "core/hostmath.h"
-#include "synthesis/bwcheby.h"
 #include "synthesis/crystal.h"
 #include "synthesis/dishal.h"
 #include "ngspice.h"

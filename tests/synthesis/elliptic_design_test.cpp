@@ -11,7 +11,6 @@
 #include "core/designflow.h"
 #include "core/designstore.h"
 #include "elliptic_reference.h"
-#include "synthesis/ellipticproto.h"
 #include "ngspice.h"
 #include "testsupport.h"
 

@@ -9,7 +9,6 @@
 
 #include "core/designflow.h"
 #include "core/designstore.h"
-#include "design/terminate.h"
 #include "elliptic_reference.h"
 #include "design/ellipticcmd.h"
 #include "synthesis/ellipticproto.h"

@@ -2,7 +2,6 @@
 // matrix, and a value left over from before in the search.
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <string>
 
 #include "core/designstore.h"

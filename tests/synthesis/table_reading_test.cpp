@@ -2,7 +2,6 @@
 // termination moves and layouts of tablerealize.
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <fstream>
 #include <string>
 #include <vector>
