@@ -149,32 +149,8 @@ INSTANTIATE_TEST_SUITE_P(
         NortonCase{"ShuntLCDown", shuntLC, 4, "> Getdata: selectT accept", 5, 2, 3, 4, -1}),
     [](const auto& info) { return std::string(info.param.name); });
 
-TEST(Norton, PromptShowsTheStepUpDefaultAndTheToggleTheStepDown) {
-    test::Session session;
-    build(seriesL);
-    click(3);
-    ASSERT_EQ(session.run("> Getdata: close\nnorton\n"), 0) << session.err.str();
-    EXPECT_EQ(getdata.Label2(0).caption, "N =");
-    EXPECT_EQ(getdata.getvalue(0).text, " 1.33333333333333");
-    EXPECT_EQ(getdata.note(), "N > 1 but < or = default value.\nDefault value eliminates L 4");
-    EXPECT_EQ(getdata.picturekey, "dipole 39");
-    EXPECT_EQ(norton.eliminatesdown, "L 2");
-    EXPECT_DOUBLE_EQ(norton.Ndown, 1.5);
-}
-
-// The row is a plain number: "2K" is a ratio of 2, not 2000.
-TEST(Norton, RatioIsReadAsAPlainNumber) {
-    test::Session session;
-    build(seriesC);
-    click(3);
-    ASSERT_EQ(session.run("> Getdata: 2K\nnorton\n"), 0) << session.err.str();
-    EXPECT_EQ(norton.N, 2);
-    EXPECT_DOUBLE_EQ(slot(0).dip(3).C, 0.5e-9);
-    // Far 2: 2n + C0 (N - 1)/N; near 4: 3n/N^2 + C0 (1 - N)/N^2.
-    EXPECT_DOUBLE_EQ(slot(0).dip(2).C, 2.5e-9);
-    EXPECT_DOUBLE_EQ(slot(0).dip(4).C, 0.5e-9);
-    EXPECT_DOUBLE_EQ(slot(0).dip(5).L, 4e-6);
-}
+// The prompt's two defaults and a ratio read as a plain number are the golden scripts
+// norton_prompt and norton_ratio.
 
 // ---- Auto transformer ----
 

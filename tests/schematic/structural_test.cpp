@@ -264,57 +264,9 @@ TEST(FullLadder, GrowingOrShrinkingFaultsAndTheDesignComesBack) {
     }
 }
 
-TEST(Refusals, PairWithoutAMergedFormChangesNothing) {
-    test::Session session;
-    test::ladder({{1, 50}, {33, 0, 1e-9}, {5, 0, 1e-9, 1e-6}, {38}, {3, 0, 1e-9}, {33, 0, 1e-9},
-                  {6}, {31, 50}});
-    schematicbuild();
-    const DesignSlot before = slot(0);
-    ASSERT_TRUE(run("group", 4));
-    EXPECT_EQ(session.runner.desk.messages.back().text, "No transformation available for dipole 4.");
-    EXPECT_EQ(slot(0).count(), before.count());
-    EXPECT_EQ(dipole(0, 3).type, 5);
-    EXPECT_EQ(undostate.undodepth, 0);
-}
-
-// A series capacitor between two tanks: the new value must be above the old one.
-TEST(Refusals, SplitCapacitorNeedsALargerValue) {
-    test::Session session;
-    test::ladder({{1, 50}, {35, 0, 1e-9, 1e-6}, {3, 0, 10e-12}, {35, 0, 1e-9, 1e-6}, {6}, {31, 50}});
-    schematicbuild();
-    ASSERT_EQ(session.run("event schematic symbol(3) click\n> Getdata: 5p\nsplitC\n"), 0)
-        << session.err.str();
-    EXPECT_EQ(session.runner.desk.messages.back().text,
-              "Capacitance must be GREATER THAN  the default, try again");
-    EXPECT_EQ(dipole(0, 3).C, 10e-12);
-    EXPECT_EQ(slot(0).count(), 6);
-    // 30 pF: Cs = (Cn^2 - 2 C0 Cn)/C0 = 30 pF, e = 60*30/90 - 10 = 10 pF off each tank.
-    ASSERT_EQ(session.run("event schematic symbol(3) click\n> Getdata: 30p\nsplitC\n"), 0);
-    const int want[] = {1, 35, 3, 33, 3, 35, 6, 31};
-    for (int n = 1; n <= 8; ++n) EXPECT_EQ(dipole(0, n).type, want[n - 1]) << n;
-    EXPECT_NEAR(dipole(0, 4).C, 30e-12, 1e-24);
-    EXPECT_NEAR(dipole(0, 2).C, 1e-9 - 10e-12, 1e-21);
-    EXPECT_NEAR(dipole(0, 6).C, 1e-9 - 10e-12, 1e-21);
-}
-
-// Swap across an open moves type, L, Qu and C; La and Ca stay in their places.
-TEST(Swap, MovesOnlyTypeLQuAndC) {
-    test::Session session;
-    test::ladder({{1, 50}, {33, 0, 1e-9}, {21, 0, 1e-9, 1e-6, 0, 2e-6, 80}, {38},
-                  {4, 0, 2e-9, 3e-6, 5e-9, 0, 90}, {33, 0, 1e-9}, {6}, {31, 50}});
-    schematicbuild();
-    ASSERT_TRUE(run("swap", 4));
-    const Dipole &l = dipole(0, 3), &r = dipole(0, 5);
-    EXPECT_EQ(l.type, 4);
-    EXPECT_EQ(l.L, 3e-6);
-    EXPECT_EQ(l.C, 2e-9);
-    EXPECT_EQ(l.Qu, 90);
-    EXPECT_EQ(l.La, 2e-6) << "La stays with the place";
-    EXPECT_EQ(r.type, 21);
-    EXPECT_EQ(r.L, 1e-6);
-    EXPECT_EQ(r.Ca, 0) << "every other field of the right dipole is lost";
-    EXPECT_EQ(undostate.undodepth, 0);
-}
+// A pair without a merged form, Split C with its refusal and its values by hand, and Swap
+// across an open are the golden scripts structural_nogroup, structural_splitc and
+// structural_swap.
 
 // Replace shows the palette of the dipole's arm (once the palettes exist); the palette click writes the new type
 // before the panel, so a closed panel leaves the new type with the old values. A type of
