@@ -57,6 +57,13 @@ inline DesignSlot& writeladder(int s, const std::vector<Part>& parts) {
     return sl;
 }
 
+// The types of the dipoles of slot s, source to load.
+inline std::vector<int> types(int s = 0) {
+    std::vector<int> t;
+    for (int d = 1; d <= slot(s).count(); ++d) t.push_back(slot(s).dip(d).type);
+    return t;
+}
+
 // Slot 0 as the one open design with the given dipoles, code and title.
 inline DesignSlot& ladder(const std::vector<Part>& parts, const std::string& code = "BLP",
                           const std::string& designtitle = "Test") {
@@ -146,27 +153,6 @@ struct Chain {
     double gain(double rs, double rl) const { return 4 * rs * rl / std::norm(A * rl + B + C * rs * rl + D * rs); }
 };
 
-// Impedance of a series arm or admittance of a shunt arm, lossless, by the layout of each
-// type.
-inline cplx armvalue(const Dipole& p, double w) {
-    const cplx zl(0, w * p.L), zc(0, -1 / (w * p.C));
-    switch (p.type) {
-    case 1: return p.R;                                 // series R
-    case 2: return zl;                                  // series L
-    case 3: return zc;                                  // series C
-    case 4: return zl + zc;                             // series L-C in series
-    case 5: return 1.0 / (1.0 / zl + 1.0 / zc);         // series L||C
-    case 6: return 0.0;                                 // wire
-    case 31: return 1 / p.R;                            // shunt R
-    case 32: return 1.0 / zl;                           // shunt L (admittance)
-    case 33: return 1.0 / zc;                           // shunt C
-    case 34: return 1.0 / (zl + zc);                    // shunt L-C in series
-    case 35: return 1.0 / zl + 1.0 / zc;                // shunt L||C
-    case 38: return 0.0;                                // open
-    default: return NAN;
-    }
-}
-
 // Impedance of the series form of a dipole type (a shunt type, 30 above, is the same
 // network across the line), lossless, written from its circuit; NaN for a type it lacks.
 // type < 0: the dipole's own.
@@ -197,14 +183,12 @@ inline cplx seriesform(const Dipole& d, double w, int type = -1) {
     return {NAN, NAN};
 }
 
-// Whether every value of dipoles 1 to last that a design writes is a finite number.
-inline bool allfinite(const DesignSlot& s, int last) {
-    for (int d = 1; d <= last; ++d) {
-        const Dipole& p = s.dip(d);
-        for (double v : {p.R, p.C, p.L, p.La, p.Ca, p.Qu})
-            if (!std::isfinite(v)) return false;
-    }
-    return true;
+// Impedance of a series arm or admittance of a shunt arm, lossless; a wire (6) in a series
+// place and an open (38) in a shunt place are nothing at all.
+inline cplx armvalue(const Dipole& p, double w, bool shunt) {
+    if (p.type == 6 || p.type == 38) return 0.0;
+    const cplx z = seriesform(p, w);
+    return shunt ? 1.0 / z : z;
 }
 
 // Insertion loss in dB of slot s at w rad/s, dipole 1 the source and the last the load,
@@ -214,7 +198,7 @@ inline double insertionloss(int s, double w, double r0 = 1) {
     Chain m;
     const int n = sl.count();
     for (int d = 2; d < n; ++d) {
-        const cplx v = armvalue(sl.dip(d), w);
+        const cplx v = armvalue(sl.dip(d), w, d % 2 == 0);
         if (d % 2) m.series(v); else m.shunt(v);
     }
     return -10 * std::log10(m.gain(sl.dip(1).R / r0, sl.dip(n).R / r0));

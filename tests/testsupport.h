@@ -4,7 +4,9 @@
 #include <filesystem>
 #include <sstream>
 #include <string>
+#include <vector>
 
+#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include "batch/runner.h"
@@ -40,6 +42,26 @@ struct Session {
         return s;
     }
 };
+
+// A fifth-order Butterworth low-pass, Pi, 10 MHz cut-off, 15 MHz stop edge, 50 ohms,
+// lossless, made through the selector and the prompts.
+inline const std::string lowpass = "> selfunction: selection(0) \"Accept design\"\n"
+                                   "> Getdata: 10M 15M 3 \"\" 5 50 50\n> Getdata: Lossless\n"
+                                   ">? designtitle: Command1\nbutterworth\n";
+
+// The points of a drawn plot as `dump curve` prints them.
+struct CurvePoint {
+    int slot, index;
+    double x, value;
+};
+inline std::vector<CurvePoint> curve(Session& s, const std::string& plot) {
+    s.take();
+    EXPECT_EQ(s.run("dump curve " + plot + "\n"), 0) << s.err.str();
+    std::istringstream in(s.take());
+    std::vector<CurvePoint> points;
+    for (CurvePoint p; in >> p.slot >> p.index >> p.x >> p.value;) points.push_back(p);
+    return points;
+}
 
 // The schematic's view options as the menu sets them.
 inline void options(bool partslist, bool sfp, bool tuning = false, bool coil = false, bool nano = false) {

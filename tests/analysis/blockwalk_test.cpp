@@ -1,6 +1,7 @@
 // The fast paths of the plots against the one-point walk: every frequency quantity on
-// designs of every family and every dipole type, at every vector width the processor
-// has; the time plots' harmonic passes and their cosine sums; and a fault inside a block.
+// designs of every family, on unusual ladders and on every dipole type, at every vector
+// width the processor has; the time plots' harmonic passes and their cosine sums; and a
+// fault inside a block.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -106,6 +107,29 @@ TEST(BlockWalk, EveryPlotOfEveryFamilyIsTheOnePointWalks) {
         RecordProperty(c.name, std::to_string(o.worst));
     }
     EXPECT_TRUE(session.runner.desk.messages.empty());
+}
+
+
+// Ladders the textbook builder does not make: a band-pass, partly lossy, with an open
+// shunt place and an empty series place inside and a resistor across and an open series
+// place (8) before the load; a band-reject swept across its resonance; and a dipole
+// count that is odd (the walk takes count + 1 as its last shunt arm).
+TEST(BlockWalk, UnusualLaddersGiveTheOnePointWalks) {
+    test::Session session;
+    useslot(0);
+    const double w0 = 2 * test::pi * 10e6;
+    auto c = [w0](double L) { return 1 / (w0 * w0 * L); };
+    test::ladder({{1, 50}, {35, 0, c(1e-6), 1e-6, 0, 0, 100}, {4, 0, c(20e-6), 20e-6}, {38}, {6},
+                  {35, 0, c(1e-6), 1e-6}, {4, 0, c(20e-6), 20e-6, 0, 0, 150}, {31, 1e6}, {8}, {31, 50}});
+    Outcome o = compare(0, 5e6, 20e6, false);
+    EXPECT_TRUE(o.ok && o.allblock);
+    test::ladder({{1, 50}, {34, 0, c(2e-6), 2e-6}, {5, 0, c(3e-6), 3e-6}, {34, 0, c(2e-6), 2e-6, 0, 0, 50}, {6}, {31, 50}});
+    o = compare(0, 1e6, 100e6, false);
+    EXPECT_TRUE(o.ok && o.allblock);
+    test::buildladder(0, {Kind::LP, test::butterworthg(7), true, 50, 1e6, 0, 0});
+    slot(0).dipolecount = 9;
+    o = compare(0, 1e5, 1e7, false);
+    EXPECT_TRUE(o.ok && o.allblock);
 }
 
 

@@ -4,12 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "analysis/plots.h"
-#include "analysis/walkers.h"
 #include "core/commands.h"
 #include "core/designstore.h"
 #include "core/surface.h"
@@ -34,20 +32,7 @@ const char* const designs[] = {
     ">? Getdata: Lossless\n>? designtitle: Command1\nbutterworth\n",
 };
 
-struct Point {
-    int slot, index;
-    double x, value;
-};
-
-std::vector<Point> curve(test::Session& s, const std::string& form) {
-    s.take();
-    EXPECT_EQ(s.run("dump curve " + form + "\n"), 0);
-    std::istringstream in(s.take());
-    std::vector<Point> pts;
-    Point p;
-    while (in >> p.slot >> p.index >> p.x >> p.value) pts.push_back(p);
-    return pts;
-}
+using test::curve;
 
 double rel(double a, double b) { return std::abs(a - b) / std::max({std::abs(a), std::abs(b), 1e-300}); }
 
@@ -81,7 +66,7 @@ TEST(Plots, FrequencyCurvesAreTheQuantitiesAtTheSweepFrequencies) {
         for (const FrequencyPlot& fp : frequencyplots) {
             std::string script = std::string("> Getdata: ") + f1 + " " + f2 + " " + fp.levels + "\n" + fp.command + "\n";
             ASSERT_EQ(s.run(script), 0) << fp.command << s.err.str();
-            std::vector<Point> pts = curve(s, fp.form);
+            std::vector<test::CurvePoint> pts = curve(s, fp.form);
             ASSERT_EQ(pts.size(), 513u) << fp.command;
             GroupDelayState gd;
             double ref[513], wAs[513], phase[513];
@@ -113,7 +98,7 @@ TEST(Plots, TimeCurvesRunOverTheTimeAsked) {
                                    "1M " + tone + " " + t + " 2 -2 30"};
     for (size_t k = 0; k < std::size(plots); ++k) {
         ASSERT_EQ(s.run("> Getdata: " + answers[k] + "\n" + plots[k].first + "\n"), 0) << s.err.str();
-        std::vector<Point> pts = curve(s, plots[k].second);
+        std::vector<test::CurvePoint> pts = curve(s, plots[k].second);
         ASSERT_EQ(pts.size(), 513u) << plots[k].first;
         for (int i = 0; i < 513; i += 64) {
             EXPECT_NEAR(pts[i].x, std::stod(t) * i / 512, 1e-18) << plots[k].first;
@@ -176,7 +161,7 @@ TEST(PlotFrame, CursorExpansionAndButtons) {
     double fright = 1e5 * std::pow(100.0, 0.7);
     EXPECT_NEAR(p.freq1, 1e6, 1);
     EXPECT_NEAR(p.freq2, fright, fright * 1e-9);
-    std::vector<Point> pts = curve(s, "plotPEG");
+    std::vector<test::CurvePoint> pts = curve(s, "plotPEG");
     EXPECT_NEAR(pts.front().x, 1e6, 1);
     EXPECT_NEAR(pts.back().x, fright, fright * 1e-9);
     EXPECT_LT(p.db1, -3.02);

@@ -39,6 +39,11 @@ TEST(Walkers, ButterworthAndChebyshevLowPassFollowTheirClosedForms) {
         }
         // Matched at low frequency: the input impedance is the 50 ohm load.
         EXPECT_NEAR(at(Quantity::InputImpedance, 1e4), 50, 0.01);
+        // The phase at the cut-off is -5 * 45 degrees, wrapped by the walk's principal
+        // arctangents into a sum of arm angles; the 1e-6 siemens of each capacitor moves
+        // it by a few thousandths of a degree.
+        const double wrapped = std::fmod(at(Quantity::Phase, 1e6) + 225.0, 180.0);
+        EXPECT_NEAR(std::min(std::abs(wrapped), 180 - std::abs(wrapped)), 0, 1e-2);
     }
     // Chebyshev 0.5 dB, order 5: equiripple between 0 and -0.5 dB below the corner,
     // -0.5 dB at it, and 10log(1 + eps^2 T5(x)^2) beyond.

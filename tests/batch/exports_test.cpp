@@ -5,8 +5,8 @@
 
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 
+#include "files.h"
 #include "testsupport.h"
 
 namespace zelk {
@@ -29,13 +29,6 @@ fs::path workdir() {
     return p;
 }
 
-std::string slurp(const fs::path& p) {
-    std::ifstream in(p, std::ios::binary);
-    std::ostringstream o;
-    o << in.rdbuf();
-    return o.str();
-}
-
 TEST(ExportVerbs, PicturesOfSchematicAndPlotCarryTheirFormat) {
     test::Session s;
     ASSERT_EQ(s.run(design), 0) << s.err.str();
@@ -51,7 +44,7 @@ TEST(ExportVerbs, PicturesOfSchematicAndPlotCarryTheirFormat) {
             int status = s.run(std::string("export ") + c.format + " " + window + " \"" + file.string() + "\"\n");
             if (status != 0 && s.err.str().find("without cairo") != std::string::npos) continue;
             ASSERT_EQ(status, 0) << window << ' ' << c.format << ": " << s.err.str();
-            std::string bytes = slurp(file);
+            std::string bytes = test::readfile(file);
             EXPECT_EQ(bytes.substr(0, c.magic.size()), c.magic) << window << ' ' << c.format;
             // The drawing is in it: the plot's caption text, the schematic's title.
             if (std::string(c.format) == "svg") {
@@ -102,11 +95,11 @@ TEST(ExportVerbs, FailedWriteLeavesTheOlderFile) {
         s.err.str("");
         EXPECT_EQ(s.run(std::string("export ") + verb + " \"" + target.string() + "\"\n"), 1) << verb;
         EXPECT_NE(s.err.str().find("cannot write"), std::string::npos) << verb << ": " << s.err.str();
-        EXPECT_EQ(slurp(target), "older file\n") << verb;
+        EXPECT_EQ(test::readfile(target), "older file\n") << verb;
         fs::remove_all(dir / ("." + std::string(name) + ".writing"));
         // And with the way clear the same verb replaces it.
         EXPECT_EQ(s.run(std::string("export ") + verb + " \"" + target.string() + "\"\n"), 0) << s.err.str();
-        EXPECT_NE(slurp(target), "older file\n") << verb;
+        EXPECT_NE(test::readfile(target), "older file\n") << verb;
         EXPECT_FALSE(fs::exists(dir / ("." + std::string(name) + ".writing"))) << verb;
     }
     // A missing folder is a failure too, with no file left anywhere.

@@ -7,11 +7,11 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 
 #include "core/designstore.h"
+#include "core/framestate.h"
 #include "fuzz/batchcheck.h"
-#include "shell/frame.h"
+#include "files.h"
 #include "testsupport.h"
 
 using namespace zelk;
@@ -19,23 +19,12 @@ namespace fs = std::filesystem;
 
 namespace {
 
-const std::string design = "> selfunction: selection(0) \"Accept design\"\n"
-                           "> Getdata: 10M 15M 3 \"\" 5 50 50\n"
-                           "> Getdata: Lossless\n"
-                           ">? designtitle: Command1\n"
-                           "butterworth\n";
+const std::string& design = test::lowpass;
 
 bool allslotsfinite() {
     for (int s = 0; s <= MAXSLOT; ++s)
         if (!fuzz::allfinite(s)) return false;
     return true;
-}
-
-std::string readall(const fs::path& p) {
-    std::ifstream in(p, std::ios::binary);
-    std::ostringstream s;
-    s << in.rdbuf();
-    return s.str();
 }
 
 // A fresh empty folder for one test's files.
@@ -84,7 +73,13 @@ INSTANTIATE_TEST_SUITE_P(
                 "line 8: mousemove needs BUTTON X Y (numbers)"},
         Refused{"MouseButtonBeyondAnyInteger",
                 design + "> Getdata: 1M 100M -80 10\nPIG\nevent plotPIG frame mouseup 99999999999 10 10\n",
-                "line 8: mouseup needs BUTTON X Y (numbers)"}),
+                "line 8: mouseup needs BUTTON X Y (numbers)"},
+        Refused{"SeedNegative", "option seed -1\n", "line 1: option seed needs a whole number"},
+        Refused{"SeedNotANumber", "option seed x\n", "line 1: option seed needs a whole number"},
+        Refused{"PassesZero", "option passes 0\n", "line 1: option passes needs 1 or more"},
+        Refused{"PassesFraction", "option passes 1.5\n", "line 1: option passes needs a whole number"},
+        Refused{"PassesMissing", "option passes\n", "line 1: option NAME on|off"},
+        Refused{"BandOfNoPlot", "dump band plotNONE\n", "line 1: cannot dump band with these arguments"}),
     [](const auto& info) { return std::string(info.param.name); });
 
 TEST(Faults, EmptyFileNameIsACancel) {
@@ -196,7 +191,7 @@ TEST(Faults, FailedSaveSaysWhyAndKeepsTheOlderFile) {
         EXPECT_NE(m.text.find(c.reason), std::string::npos) << m.text;
         EXPECT_FALSE(frame.designsaved);
     }
-    EXPECT_EQ(readall(readonly), "older\n");
+    EXPECT_EQ(test::readfile(readonly), "older\n");
     EXPECT_FALSE(fs::exists(dir / "missing"));
     for (const auto& e : fs::directory_iterator(dir)) EXPECT_EQ(e.path().extension(), ".sch") << e.path();
 
@@ -204,7 +199,7 @@ TEST(Faults, FailedSaveSaysWhyAndKeepsTheOlderFile) {
     ASSERT_EQ(s.run(design + "> filedialog: \"" + (dir / "new.sch").string() + "\"\nsavefilter\n"), 0);
     EXPECT_TRUE(frame.designsaved);
     EXPECT_TRUE(s.runner.desk.messages.empty());
-    EXPECT_EQ(readall(dir / "new.sch").substr(0, 5), "\"Butt");
+    EXPECT_EQ(test::readfile(dir / "new.sch").substr(0, 5), "\"Butt");
 }
 
 // The program itself: a script that is a folder, and a number beyond any integer, end
@@ -220,7 +215,7 @@ TEST(Faults, BatchProgramExitStatus) {
         const int status = std::system(cmd.c_str());
         ASSERT_TRUE(WIFEXITED(status));
         EXPECT_EQ(WEXITSTATUS(status), 1);
-        EXPECT_NE(readall(dir / "err").find("zelkfilter-batch: "), std::string::npos);
+        EXPECT_NE(test::readfile(dir / "err").find("zelkfilter-batch: "), std::string::npos);
     }
 }
 
@@ -234,7 +229,7 @@ TEST(Faults, KeptFuzzScriptsReplay) {
         for (const auto& e : fs::directory_iterator(fuzzdir / sub)) {
             if (e.path().extension() != ".txt") continue;
             SCOPED_TRACE(e.path().filename().string());
-            EXPECT_TRUE(fuzz::checkbatchscript(readall(e.path())));
+            EXPECT_TRUE(fuzz::checkbatchscript(test::readfile(e.path())));
             ++scripts;
         }
     fs::current_path(here);

@@ -6,9 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <complex>
-#include <functional>
 
-#include "analysis/walkers.h"
 #include "core/designstore.h"
 #include "core/dipoles.h"
 #include "testsupport.h"

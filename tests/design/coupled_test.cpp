@@ -1,11 +1,9 @@
-// Coupled-resonator band-pass designs: the prompt's refusals, the closed-form and table
-// prototypes, the capacitive end match and its boundary, run-time faults, and the band
-// edges of an analysed design read from the plotted curve.
+// Coupled-resonator band-pass designs: the closed-form and table prototypes, the
+// capacitive end match and its boundary, and the band edges of an analysed design read
+// from the plotted curve.
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -16,12 +14,12 @@
 #include "synthesis/coupled.h"
 #include "files.h"
 #include "reference.h"
-#include "tests/testsupport.h"
+#include "testsupport.h"
 
 namespace zelk {
 namespace {
 
-const double pi = std::acos(-1.0);
+using test::pi;
 
 // The three windows of a coupled-resonator command in the order they open, then the title.
 std::string crscript(const std::string& command, const std::string& band,
@@ -32,16 +30,11 @@ std::string crscript(const std::string& command, const std::string& band,
 
 TEST(CoupledResonator, ButterworthOrder3CouplingsAndBandEdges) {
     test::Session s;
-    ASSERT_EQ(s.run(crscript("BCR", "10M 500K 3") +
-                    "> Getdata: 9.5M 10.5M 0 -40\nPEG\ndump curve plotPEG\n"),
-              0)
-        << s.err.str();
+    ASSERT_EQ(s.run(crscript("BCR", "10M 500K 3") + "> Getdata: 9.5M 10.5M 0 -40\nPEG\n"), 0) << s.err.str();
     const DesignSlot& d = slot(0);
     ASSERT_EQ(d.code, "BCR");
     ASSERT_EQ(d.count(), 10);
-    // Closed-form Butterworth values with the exact pi.
-    double g[5] = {1, 0, 0, 0, 1};
-    for (int k = 1; k <= 3; ++k) g[k] = 2 * std::sin((2 * k - 1) * pi / 6);
+    const std::vector<double> g = test::butterworthg(3);
     const double w0 = d.w0, bw = d.bw, L = d.dip(4).L;
     for (int i = 1; i <= 2; ++i) {
         const double k = 1 / std::sqrt(g[i] * g[i + 1]);
@@ -51,19 +44,13 @@ TEST(CoupledResonator, ButterworthOrder3CouplingsAndBandEdges) {
     }
     for (int i = 1; i <= 3; ++i) EXPECT_EQ(d.dip(2 * i + 2).Qu, 1000) << "lossless reads Q 1000";
     // The -3 dB crossings of the transducer gain, from the plotted points.
-    std::istringstream curve(s.take());
-    std::vector<double> f, db;
-    int slotno, i;
-    double x, y;
-    while (curve >> slotno >> i >> x >> y) {
-        f.push_back(x);
-        db.push_back(y);
-    }
-    ASSERT_GE(f.size(), 512u);
+    const auto c = test::curve(s, "plotPEG");
+    ASSERT_GE(c.size(), 512u);
     std::vector<double> edges;
-    for (size_t j = 1; j < f.size(); ++j)
-        if ((db[j - 1] + 3) * (db[j] + 3) < 0)
-            edges.push_back(f[j - 1] + (f[j] - f[j - 1]) * (-3 - db[j - 1]) / (db[j] - db[j - 1]));
+    for (size_t j = 1; j < c.size(); ++j) {
+        const double y0 = c[j - 1].value + 3, y1 = c[j].value + 3;
+        if (y0 * y1 < 0) edges.push_back(c[j - 1].x + (c[j].x - c[j - 1].x) * -y0 / (y1 - y0));
+    }
     ASSERT_EQ(edges.size(), 2u);
     EXPECT_NEAR(edges[0], 9.75e6, 0.02 * 9.75e6);
     EXPECT_NEAR(edges[1], 10.25e6, 0.02 * 10.25e6);
@@ -92,64 +79,8 @@ TEST(CoupledResonator, ChebyshevElementsAreTextbookValuesMovedToThreeDecibels) {
     }
 }
 
-TEST(CoupledResonator, PromptRefusals) {
-    struct Case {
-        const char* command;
-        const char* band;
-        const char* title;
-        const char* text;
-    };
-    const Case cases[] = {
-        {"CCR", "10M 500K 3 3", "WARNING",
-         "The specified passband ripple must be less than 3db.\\nIn fact, values greater than 1db "
-         "are not "
-         "recommended."},
-        {"BCR", "10M 500K 1", "Minimum Order Error", "The following must be true\\nOrder = > 2"},
-        {"GaussianCR", "10M 500K 2", "Minimum Order Error",
-         "The following must be true\\nOrder = > 3"},
-        {"Gaussian6CR", "10M 500K 3", "Minimum Order Error",
-         "The following must be true\\nOrder = > 4"},
-        {"BCR", "10M 1.01M 3", "Bandwidth too wide",
-         "Coupled resonator filters are best for bandwidths less than 10% of center frequency"},
-        {"CCR", "10M -500K 3 .5", "WARNING",
-         "The following must be true\\n0 < F1 < F2\\nOrder > 1"},
-    };
-    for (const Case& c : cases) {
-        test::Session s;
-        ASSERT_EQ(s.run("> Getdata: " + std::string(c.band) + "\n> Getdata: close\n" + c.command +
-                        "\ndump messages\n"),
-                  0)
-            << c.command << ' ' << c.band << s.err.str();
-        const std::string want = std::string("msgbox title=\"") + c.title +
-                                 "\" buttons=OK answer=OK text=\"" + c.text + "\"";
-        EXPECT_NE(s.take().find(want), std::string::npos) << c.band;
-        EXPECT_EQ(store.lastslot, -1) << c.band;
-    }
-    // The order row goes back to kmin after an order or bandwidth refusal.
-    test::Session o;
-    ASSERT_EQ(o.run("> Getdata: 10M 2M 5\n> Getdata: close\nLegendreCR\n"), 0);
-    EXPECT_EQ(paneltext(2), "3.");
-    // Limits that pass: a ripple just below 3 dB, a bandwidth of exactly 10%.
-    for (const auto& [command, band] :
-         {std::pair{"CCR", "10M 500K 3 2.99"}, std::pair{"BCR", "10M 1M 3"}}) {
-        test::Session p;
-        ASSERT_EQ(p.run(crscript(command, band)), 0) << band << p.err.str();
-        EXPECT_EQ(store.lastslot, 0) << band;
-        EXPECT_EQ(slot(0).count(), 10) << band;
-    }
-}
-
-TEST(CoupledResonator, StartDefaultsAfterAChangeOfKind) {
-    test::Session s;
-    ASSERT_EQ(s.run(crscript("CCR", "20M 1M 4 .5")), 0) << s.err.str();
-    EXPECT_FALSE(flow.crdefaults);
-    // The same kind again shows the last values; new File first, as the menus require.
-    ASSERT_EQ(s.run("newfilter\n> Getdata: close\nCCR\n"), 0) << s.err.str();
-    EXPECT_EQ(paneltext(2) + "|" + paneltext(3), "4.|500.m");
-    flow.crdefaults = true;
-    ASSERT_EQ(s.run("> Getdata: close\nCCR\n"), 0);
-    EXPECT_EQ(paneltext(0) + "|" + paneltext(1) + "|" + paneltext(2) + "|" + paneltext(3), "100000000|1000000|2.|.1");
-}
+// The prompt's refusals and defaults are the golden scripts coupled_prompts and
+// coupled_defaults.
 
 // The layout on its own, with the design resistance known to the test.
 TEST(CoupledResonator, EndMatchAndItsBoundary) {
@@ -208,13 +139,11 @@ TEST(CoupledResonator, MatchedDesignPassesThePowerOfAFiftyOhmSource) {
     for (const char* z : {"50 50", "getvalue(0)=50 accept", "getvalue(1)=50 accept"}) {
         test::Session s;
         ASSERT_EQ(s.run(crscript("BCR", "10M 500K 3", "accept", z) +
-                        "> Getdata: 9.5M 10.5M 0 -40\nPEG\ndump curve plotPEG\n"),
+                        "> Getdata: 9.5M 10.5M 0 -40\nPEG\n"),
                   0)
             << z << s.err.str();
-        std::istringstream curve(s.take());
-        double peak = -1e9, x, y;
-        int a, b;
-        while (curve >> a >> b >> x >> y) peak = std::max(peak, y);
+        double peak = -1e9;
+        for (const auto& p : test::curve(s, "plotPEG")) peak = std::max(peak, p.value);
         EXPECT_GT(peak, -1.5) << z;
     }
 }
@@ -251,23 +180,7 @@ TEST(CoupledResonator, TableCommandsReadTheFirstRecordOfTheOrder) {
     }
 }
 
-TEST(CoupledResonator, RunTimeFaultsAbandonTheDesign) {
-    // A load of 0 ohm divides by zero in the match; a Q so low that bw Q < g1 w0 leaves a
-    // negative radicand.
-    for (const auto& [lc, zcr, error] :
-         {std::tuple{"accept", "getvalue(1)=0 accept", "Run-time error '11'"},
-          std::tuple{"getvalue(1)=5 accept", "getvalue(0)=50 accept", "Run-time error '5'"}}) {
-        test::Session s;
-        ASSERT_EQ(s.run(crscript("BCR", "10M 500K 3", lc, zcr) + "dump messages\n"), 0)
-            << s.err.str();
-        EXPECT_NE(s.take().find(error), std::string::npos) << zcr;
-        EXPECT_EQ(store.lastslot, -1);
-        EXPECT_TRUE(test::allfinite(slot(0), MAXDIPOLE));
-        // The program goes on: the next design is made.
-        ASSERT_EQ(s.run(crscript("BCR", "10M 500K 3")), 0);
-        EXPECT_EQ(slot(0).count(), 10);
-    }
-}
+// The run-time faults of a zero load and a Q too low are the golden script design_faults.
 
 } // namespace
 } // namespace zelk

@@ -3,9 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 #include <limits>
-#include <sstream>
 
 #include "fuzz/designfilecheck.h"
 #include "files.h"
@@ -44,6 +42,9 @@ TEST(DesignFileCorpus, WorstInputsReadAsTheHostWould) {
     EXPECT_EQ(d.count(), 33);
     d = open("count-huge.sch");
     EXPECT_EQ(d.count(), std::numeric_limits<int>::max());
+    d = open("count-minus1.sch");
+    EXPECT_EQ(d.dipolecount.value(), -1);
+    EXPECT_EQ(d.dip(1).type, 0); // no dipoles read
     d = open("count-text.sch");
     EXPECT_EQ(d.dipolecount.textvalue(), "many");
     EXPECT_EQ(d.dip(1).type, 0);

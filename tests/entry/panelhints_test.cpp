@@ -1,3 +1,5 @@
+// The data panel's notes by design code and label, the note lock, Restore Defaults and
+// Set as Defaults, the picture's cycles and the step-up/step-down toggle.
 #include <gtest/gtest.h>
 
 #include "core/designstore.h"
@@ -7,40 +9,36 @@
 using namespace zelk;
 
 namespace {
-std::string focusnote(const std::string& label, const std::string& code, int row = 0) {
+// The note a row with this label shows in a design of this code when the row takes the
+// focus, or when its label is clicked; "(none)" when it leaves the note alone.
+std::string note(const std::string& label, const std::string& code, int row = 0, bool click = false) {
     slot(store.curslot).code = code;
     panelclear();
     getdata.setnote("(none)");
     panelrow(row, label, "1");
-    getdata.focus("getvalue", row);
+    if (click) getdata.click("Label2", row);
+    else getdata.focus("getvalue", row);
     return getdata.note();
 }
-std::string clicknote(const std::string& label, const std::string& code) {
-    slot(store.curslot).code = code;
-    panelclear();
-    getdata.setnote("(none)");
-    panelrow(0, label, "1");
-    getdata.click("Label2", 0);
-    return getdata.note();
-}
+std::string clicknote(const std::string& label, const std::string& code) { return note(label, code, 0, true); }
 } // namespace
 
 TEST(PanelHints, FocusNotesByCode) {
     test::Session s;
-    EXPECT_EQ(focusnote("F1 =", "BLP"), "Enter the 3db cutoff frequency F1.");
-    EXPECT_EQ(focusnote("F1 =", "TBP"), "Enter the lower 3db cutoff frequency F1.");
-    EXPECT_EQ(focusnote("F1 =", "CLP"), "Enter the lower cutoff frequency F1 at the attenuation specified in A pass");
-    EXPECT_EQ(focusnote("F1 =", "CHP"), "Enter the stopband frequency F1.");
-    EXPECT_EQ(focusnote("F2 =", "CHP"), "Enter the cutoff frequency F2 at the attenuation specified in A pass.");
-    EXPECT_EQ(focusnote("F2 =", "PAD"), "(none)"); // any other code: the note stays
-    EXPECT_EQ(focusnote("F3 =", "EBP"), "Enter the upper cutoff frequency F3, at the attenuation specified in A pass.");
-    EXPECT_EQ(focusnote("F4 =", "BBP"), "Enter the upper stopband frequency F4.");
-    EXPECT_EQ(focusnote("Apass =", "CLP"), "Enter the allowable passband ripple in db.");
-    EXPECT_EQ(focusnote("Order =", "BCL"), "Enter the order of the filter (=number of crystals).");
-    EXPECT_EQ(focusnote("Zin =", "BLP", 2),
+    EXPECT_EQ(note("F1 =", "BLP"), "Enter the 3db cutoff frequency F1.");
+    EXPECT_EQ(note("F1 =", "TBP"), "Enter the lower 3db cutoff frequency F1.");
+    EXPECT_EQ(note("F1 =", "CLP"), "Enter the lower cutoff frequency F1 at the attenuation specified in A pass");
+    EXPECT_EQ(note("F1 =", "CHP"), "Enter the stopband frequency F1.");
+    EXPECT_EQ(note("F2 =", "CHP"), "Enter the cutoff frequency F2 at the attenuation specified in A pass.");
+    EXPECT_EQ(note("F2 =", "PAD"), "(none)"); // any other code: the note stays
+    EXPECT_EQ(note("F3 =", "EBP"), "Enter the upper cutoff frequency F3, at the attenuation specified in A pass.");
+    EXPECT_EQ(note("F4 =", "BBP"), "Enter the upper stopband frequency F4.");
+    EXPECT_EQ(note("Apass =", "CLP"), "Enter the allowable passband ripple in db.");
+    EXPECT_EQ(note("Order =", "BCL"), "Enter the order of the filter (=number of crystals).");
+    EXPECT_EQ(note("Zin =", "BLP", 2),
               "Zin and or Zout can be specified different than the default values shown. If so, the C Match will be applied.");
-    EXPECT_EQ(focusnote("Zin =", "BLP", 5), "Enter the input impedance in Ohms.");
-    EXPECT_EQ(focusnote("Unknown", "BLP"), "(none)");
+    EXPECT_EQ(note("Zin =", "BLP", 5), "Enter the input impedance in Ohms.");
+    EXPECT_EQ(note("Unknown", "BLP"), "(none)");
     EXPECT_EQ(getdata.currentrow, 0);
 }
 
@@ -130,40 +128,10 @@ TEST(PanelHints, RestoreDefaultsByCode) {
               std::vector<double>({2e6, 30e6, 5, -90}));
 }
 
-TEST(PanelHints, PicturePresses) {
+// The picture's cycles of the auto transformer and of the crystal couplings are walked
+// by the norton tests and the crystal golden scripts; the match picture toggles L and C.
+TEST(PanelHints, MatchPictureToggles) {
     test::Session s;
-    panelclear();
-    panelrow(0, "New Z<>", "50");
-    panelrow(1, "New L >", "1u");
-    panelrow(2, "New C <", "1n");
-    getdata.dipolechoice = 35;
-    const short expected[] = {41, 36, 55, 56, 65, 66, 41};
-    for (short e : expected) {
-        getdataimage_Click();
-        EXPECT_EQ(getdata.dipolechoice, e);
-    }
-    EXPECT_EQ(getdata.picturekey, "dipole 41");
-    EXPECT_FALSE(getdata.getvalue(0).enabled);
-    EXPECT_TRUE(getdata.getvalue(1).enabled);
-    EXPECT_FALSE(getdata.getvalue(2).enabled);
-    // Coupling modes of a crystal design: rows 1 and 2 follow the mode.
-    slot(0).code = "BCL";
-    store.curslot = 0;
-    panelclear();
-    panelrow(0, "Coupling", "CLICK THERE -->");
-    panelrow(1, "Zin", "50");
-    panelrow(2, "Zout", "50");
-    getdata.dipolechoice = 0;
-    getdata.couplingmode = "UC";
-    const char* modes[] = {"UL", "TC", "TL", "UC"};
-    const bool shown[] = {false, true, true, false};
-    for (int i = 0; i < 4; ++i) {
-        getdataimage_Click();
-        EXPECT_EQ(getdata.couplingmode, modes[i]);
-        EXPECT_EQ(getdata.getvalue(1).visible, shown[i]) << modes[i];
-    }
-    EXPECT_EQ(getdata.picturekey, "image 21");
-    // The match toggle.
     panelclear();
     panelrow(2, "MATCH =", "");
     getdata.matchmode = "L";

@@ -4,7 +4,6 @@
 
 #include <sstream>
 
-#include "core/desktop.h"
 #include "reference.h"
 #include "schematic/schematicview.h"
 #include "testsupport.h"

@@ -123,16 +123,6 @@ struct CoilRun {
         return session.run("> inductors: " + actions + "\n" + answers + "dinductor\n");
     }
     Dipole& d() { return slot(0).dip(2); }
-    Lines coillines() {
-        Lines out;
-        bool in = false;
-        for (const std::string& l : report.lines) {
-            if (l == "DIPOLE 2") in = true;
-            else if (l.empty()) in = false;
-            else if (in) out.push_back(l);
-        }
-        return out;
-    }
 };
 
 TEST(Inductors, LaOnAToroidIsWoundForL) {
@@ -148,64 +138,9 @@ TEST(Inductors, LaOnAToroidIsWoundForL) {
     EXPECT_NE(run.d().Laturns, airwinding(1, 0.5, 36.56).turns);
 }
 
-TEST(Inductors, SingleLayerLengthIsNegativeAndReportedCloseWound) {
-    // 1.287 uH on half an inch in AWG 16 (18.75 turns per inch): 12.5 turns in one layer of
-    // 12 / 18.75 = 0.64 inch. In AWG 22 two layers: 13.5 turns, 13 * 2 / 36.56 inch.
-    CoilRun run(1.287e-6);
-    ASSERT_EQ(run.window(R"(Command3 List1=".500" List2="16" List3="L 2" Command1 Command2)"), 0);
-    EXPECT_EQ(run.d().Lcore, "air");
-    EXPECT_DOUBLE_EQ(run.d().Llength, -0.64);
-    EXPECT_EQ(run.d().Lturns, 12.5);
-    EXPECT_EQ(run.coillines(), (Lines{"L 2=1.287uHy", "Closewind", "12.5 turns AWG 16", "on a  0.5 inch form"}));
-    ASSERT_EQ(run.window(R"(Command3 List1=".500" List2="22" List3="L 2" Command1 Command2)"), 0);
-    EXPECT_DOUBLE_EQ(run.d().Llength, 13 * 2 / 36.56);
-    EXPECT_EQ(run.coillines(), (Lines{"L 2=1.287uHy", "Spacewind, to a", "Length of .7 inches,", "13.5 turns AWG 22",
-                                      "on a  0.5 inch form"}));
-}
-
-struct AcceptCase {
-    const char* actions;
-    const char* answer;
-    const char* message;
-    bool stored;
-};
-
-class Accept : public ::testing::TestWithParam<AcceptCase> {};
-
-TEST_P(Accept, ChecksAskAndCancelStoresNothing) {
-    const AcceptCase c = GetParam();
-    CoilRun run(1.287e-6);
-    ASSERT_EQ(run.window(std::string(c.actions) + " List3=\"L 2\" Command1 Command2",
-                         *c.answer ? std::string("> msgbox: ") + c.answer + "\n" : ""),
-              0);
-    auto& msgs = run.session.runner.desk.messages;
-    if (*c.message) {
-        ASSERT_EQ(msgs.size(), 1u);
-        EXPECT_EQ(msgs[0].title, "Inductor Design Error");
-        EXPECT_EQ(msgs[0].text, c.message);
-    } else {
-        EXPECT_TRUE(msgs.empty());
-    }
-    EXPECT_EQ(!run.d().Lcore.empty(), c.stored);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Inductors, Accept,
-    ::testing::Values(
-        // 0.1 inch in AWG 16: about six inches of coil on a 0.08 inch radius.
-        AcceptCase{R"(Command3 List1=".100" List2="16")", "Cancel",
-                   "Coil is getting too long.\rUse a larger diameter form\ror try using a toroid form", false},
-        AcceptCase{R"(Command3 List1=".100" List2="16")", "OK",
-                   "Coil is getting too long.\rUse a larger diameter form\ror try using a toroid form", true},
-        // 17.9 turns of AWG 0 (3 turns per inch) need 6 inches; a T37 hole is 0.64 round.
-        AcceptCase{R"(List1="T37-2" List2="0")", "Cancel",
-                   "Cannot get 17.9 turns awg 0 on a T37-2 form.\rSuggest using larger form or smaller wire.", false},
-        // 1.9 turns on a FT37-43.
-        AcceptCase{R"(List1="FT37-43" List2="22")", "Cancel",
-                   "Coil has very few turns.\rSuggest using airwound coil\ror lower permeability core.", false},
-        AcceptCase{R"(List1="FT37-43" List2="22")", "OK",
-                   "Coil has very few turns.\rSuggest using airwound coil\ror lower permeability core.", true},
-        AcceptCase{R"(List1="T50-2" List2="22")", "", "", true}));
+// The accept checks answered either way, and the single-layer (negative length, close
+// wound) and two-layer (space wound) report lines, are the golden scripts
+// inductors_airwound and inductors_checks.
 
 TEST(Inductors, NothingChosenStoresNothingAndUnknownRowStopsTheScript) {
     CoilRun run(1e-6);

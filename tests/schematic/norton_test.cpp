@@ -10,7 +10,6 @@
 
 #include "analysis/response.h"
 #include "core/desktop.h"
-#include "core/dipoles.h"
 #include "entry/panel.h"
 #include "reference.h"
 #include "schematic/norton.h"
@@ -72,18 +71,6 @@ DesignSlot& build(std::vector<Part> parts, double z = 1) {
 }
 
 void click(int n) { schematicwindow(0).click("symbol", n); }
-
-// The one message box shown, or none when text is null.
-void expectbox(const test::Session& session, const char* text, const char* title) {
-    const auto& m = session.runner.desk.messages;
-    if (!text) {
-        EXPECT_TRUE(m.empty());
-        return;
-    }
-    ASSERT_EQ(m.size(), 1u);
-    EXPECT_EQ(m[0].text, text);
-    EXPECT_EQ(m[0].title, title);
-}
 
 struct NortonCase {
     const char* name;
@@ -162,96 +149,8 @@ INSTANTIATE_TEST_SUITE_P(
         NortonCase{"ShuntLCDown", shuntLC, 4, "> Getdata: selectT accept", 5, 2, 3, 4, -1}),
     [](const auto& info) { return std::string(info.param.name); });
 
-TEST(Norton, PromptShowsTheStepUpDefaultAndTheToggleTheStepDown) {
-    test::Session session;
-    build(seriesL);
-    click(3);
-    ASSERT_EQ(session.run("> Getdata: close\nnorton\n"), 0) << session.err.str();
-    EXPECT_EQ(getdata.Label2(0).caption, "N =");
-    EXPECT_EQ(getdata.getvalue(0).text, " 1.33333333333333");
-    EXPECT_EQ(getdata.note(), "N > 1 but < or = default value.\nDefault value eliminates L 4");
-    EXPECT_EQ(getdata.picturekey, "dipole 39");
-    EXPECT_EQ(norton.eliminatesdown, "L 2");
-    EXPECT_DOUBLE_EQ(norton.Ndown, 1.5);
-}
-
-// Every way out that does not transform leaves the design bit for bit and no snapshot.
-struct Refusal {
-    const char* name;
-    const char* answer;
-    bool message;
-};
-
-class NortonRefusal : public ::testing::TestWithParam<Refusal> {};
-
-TEST_P(NortonRefusal, LeavesTheDesignAndTheStack) {
-    const Refusal& r = GetParam();
-    test::Session session;
-    build(seriesC); // up default 4
-    const std::vector<Dipole> before(slot(0).dipoles.begin(), slot(0).dipoles.begin() + 9);
-    click(3);
-    ASSERT_EQ(session.run(std::string(r.answer) + "\nnorton\n"), 0) << session.err.str();
-    EXPECT_EQ(undostate.undodepth, 0);
-    for (int d = 1; d <= 8; ++d) {
-        const Dipole &now = slot(0).dip(d), &was = before[static_cast<size_t>(d)];
-        EXPECT_TRUE(now.type == was.type && now.C == was.C && now.L == was.L && now.R == was.R)
-            << d;
-    }
-    expectbox(session, r.message ? "N must be less than the default, try again" : nullptr,
-              "Norton ERROR");
-}
-
-INSTANTIATE_TEST_SUITE_P(Answers, NortonRefusal,
-                         ::testing::Values(Refusal{"AboveDefault", "> Getdata: 4.0001", true},
-                                           Refusal{"StepDownAboveDefault",
-                                                   "> Getdata: selectT getvalue(0)=3.5 accept",
-                                                   true},
-                                           Refusal{"One", "> Getdata: 1", false},
-                                           Refusal{"Zero", "> Getdata: 0", false},
-                                           Refusal{"Text", "> Getdata: K2", false},
-                                           Refusal{"Cancel", "> Getdata: close", false}),
-                         [](const auto& info) { return std::string(info.param.name); });
-
-// The step-down of a shunt L-C compares with no margin: a default that its 15-digit text
-// rounds up (5/3 shown as 1.66666666666667) is refused when accepted as shown.
-TEST(Norton, ShuntPairStepDownRefusesItsOwnRoundedDefault) {
-    test::Session session;
-    build({{1, 50}, {38}, {4, 0, 0.5e-9, 2e-6}, {34, 0, 2e-9, 1e-6}, {4, 0, 3e-9, 3e-6}, {31, 50}});
-    click(4);
-    ASSERT_EQ(session.run("> Getdata: selectT accept\nnorton\n"), 0) << session.err.str();
-    EXPECT_EQ(getdata.getvalue(0).text, "1.66666666666667");
-    ASSERT_EQ(session.runner.desk.messages.size(), 1u);
-    EXPECT_EQ(session.runner.desk.messages[0].title, "Norton ERROR");
-    EXPECT_EQ(undostate.undodepth, 0);
-    EXPECT_EQ(slot(0).dip(5).type, 4);
-}
-
-// The row is a plain number: "2K" is a ratio of 2, not 2000.
-TEST(Norton, RatioIsReadAsAPlainNumber) {
-    test::Session session;
-    build(seriesC);
-    click(3);
-    ASSERT_EQ(session.run("> Getdata: 2K\nnorton\n"), 0) << session.err.str();
-    EXPECT_EQ(norton.N, 2);
-    EXPECT_DOUBLE_EQ(slot(0).dip(3).C, 0.5e-9);
-    // Far 2: 2n + C0 (N - 1)/N; near 4: 3n/N^2 + C0 (1 - N)/N^2.
-    EXPECT_DOUBLE_EQ(slot(0).dip(2).C, 2.5e-9);
-    EXPECT_DOUBLE_EQ(slot(0).dip(4).C, 0.5e-9);
-    EXPECT_DOUBLE_EQ(slot(0).dip(5).L, 4e-6);
-}
-
-// A neighbour with a zero part: the default divides by it; the host's fault, the design
-// as it was.
-TEST(Norton, ZeroNeighbourFaultsAndRestores) {
-    test::Session session;
-    build(seriesL);
-    slot(0).dip(4).L = 0;
-    click(3);
-    EXPECT_FALSE(runcommand(*findcommand("norton")));
-    EXPECT_EQ(session.runner.desk.messages.back().text, "Run-time error '11':\n\nDivision by zero");
-    EXPECT_EQ(undostate.undodepth, 0);
-    EXPECT_EQ(slot(0).dip(3).L, 1e-6);
-}
+// The prompt's two defaults and a ratio read as a plain number are the golden scripts
+// norton_prompt and norton_ratio.
 
 // ---- Auto transformer ----
 
@@ -337,65 +236,88 @@ INSTANTIATE_TEST_SUITE_P(
                  66, 0.5, 1e-6, 0.6e-9, 0.25}),
     [](const auto& info) { return std::string(info.param.name); });
 
-struct AutoRefusal {
+// Every way out that does not transform: the message (or none), the design bit for bit
+// and no snapshot (one only where the panel accepted a plain tank). A zero neighbour or a
+// negative impedance is the host's fault with the design as it was.
+struct Refusal {
     const char* name;
+    const char* command;
     std::vector<Part> parts;
     int d;
     std::string answer;
     const char* text; // nullptr: no message
-    const char* title;
-    int depth;
+    const char* title = nullptr;
+    int depth = 0;
 };
 
-class AutoRefused : public ::testing::TestWithParam<AutoRefusal> {};
+class Refused : public ::testing::TestWithParam<Refusal> {};
 
-TEST_P(AutoRefused, ShowsTheMessageAndLeavesTheDesign) {
-    const AutoRefusal& c = GetParam();
+TEST_P(Refused, ShowsTheMessageAndLeavesTheDesign) {
+    const Refusal& c = GetParam();
     test::Session session;
     build(c.parts);
-    const Dipole before = slot(0).dip(c.d);
+    const DesignSlot before = slot(0);
     click(c.d);
-    ASSERT_EQ(session.run(c.answer + "\nauto\n"), 0) << session.err.str();
+    ASSERT_EQ(session.run(c.answer + "\n" + c.command + "\n"), 0) << session.err.str();
     EXPECT_EQ(undostate.undodepth, c.depth);
-    EXPECT_EQ(slot(0).dip(c.d).type, before.type);
-    EXPECT_EQ(slot(0).dip(c.d).L, before.L);
-    EXPECT_EQ(slot(0).dip(c.d).C, before.C);
-    expectbox(session, c.text, c.title);
+    for (int d = 1; d <= before.count(); ++d) {
+        const Dipole &now = slot(0).dip(d), &was = before.dip(d);
+        EXPECT_TRUE(now.type == was.type && now.C == was.C && now.L == was.L && now.R == was.R) << d;
+    }
+    EXPECT_EQ(slot(0).r0.value(), 50);
+    const auto& m = session.runner.desk.messages;
+    if (!c.text) {
+        EXPECT_TRUE(m.empty());
+        return;
+    }
+    ASSERT_EQ(m.size(), 1u);
+    EXPECT_EQ(m[0].text, c.text);
+    if (c.title) {
+        EXPECT_EQ(m[0].title, c.title);
+    }
 }
+
+const char* const aboveN = "N must be less than the default, try again";
+const char* const higherL = "The new inductance must be greater than the current inductance.";
 
 INSTANTIATE_TEST_SUITE_P(
-    Cases, AutoRefused,
+    Cases, Refused,
     ::testing::Values(
-        AutoRefusal{"SeriesTankUnchanged", stank, 3, "> Getdata: accept", nullptr, "", 0},
-        AutoRefusal{"SeriesTankSmallerL", stank, 3, "> Getdata: 0.5u 1n",
-                    "The new inductance must be greater than the current inductance.", "ERROR", 0},
-        AutoRefusal{"SeriesTankLargerC", stank, 3, "> Getdata: 1u 2n",
-                    "The new capacitance must be less than the current capacitance.", "ERROR", 0},
-        AutoRefusal{"SeriesTankCaLargerC", stank, 3, pictures(1, "getvalue(1)=2n"),
-                    "The new capacitance must be less than the default capacitance.", "WARNING", 0},
-        AutoRefusal{"ShuntTankCancel", ptank, 4, "> Getdata: close", nullptr, "", 0},
+        // Series C between shunt C's: step-up default 4.
+        Refusal{"NortonAboveDefault", "norton", seriesC, 3, "> Getdata: 4.0001", aboveN, "Norton ERROR"},
+        Refusal{"NortonStepDownAboveDefault", "norton", seriesC, 3, "> Getdata: selectT getvalue(0)=3.5 accept",
+                aboveN, "Norton ERROR"},
+        Refusal{"NortonOne", "norton", seriesC, 3, "> Getdata: 1", nullptr},
+        Refusal{"NortonZero", "norton", seriesC, 3, "> Getdata: 0", nullptr},
+        Refusal{"NortonText", "norton", seriesC, 3, "> Getdata: K2", nullptr},
+        Refusal{"NortonCancel", "norton", seriesC, 3, "> Getdata: close", nullptr},
+        // The step-down of a shunt L-C compares with no margin: a default that its 15-digit
+        // text rounds up (5/3 shown as 1.66666666666667) is refused when accepted as shown.
+        Refusal{"NortonShuntPairRoundedDefault", "norton",
+                {{1, 50}, {38}, {4, 0, 0.5e-9, 2e-6}, {34, 0, 2e-9, 1e-6}, {4, 0, 3e-9, 3e-6}, {31, 50}}, 4,
+                "> Getdata: selectT accept", aboveN, "Norton ERROR"},
+        // A neighbour with a zero part: the default divides by it.
+        Refusal{"NortonZeroNeighbour", "norton",
+                {{1, 50}, {32, 0, 0, 2e-6}, {2, 0, 0, 1e-6}, {32, 0, 0, 0}, {3, 0, 1e-9}, {33, 0, 2e-9}, {6}, {31, 50}},
+                3, "", "Run-time error '11':\n\nDivision by zero"},
+        Refusal{"AutoSeriesTankUnchanged", "auto", stank, 3, "> Getdata: accept", nullptr},
+        Refusal{"AutoSeriesTankSmallerL", "auto", stank, 3, "> Getdata: 0.5u 1n", higherL, "ERROR"},
+        Refusal{"AutoSeriesTankLargerC", "auto", stank, 3, "> Getdata: 1u 2n",
+                "The new capacitance must be less than the current capacitance.", "ERROR"},
+        Refusal{"AutoSeriesTankCaLargerC", "auto", stank, 3, pictures(1, "getvalue(1)=2n"),
+                "The new capacitance must be less than the default capacitance.", "WARNING"},
+        Refusal{"AutoShuntTankCancel", "auto", ptank, 4, "> Getdata: close", nullptr},
         // Accepted on the plain tank: the snapshot stays, nothing else changes.
-        AutoRefusal{"ShuntTankNoChoice", ptank, 4, "> Getdata: accept", nullptr, "", 1},
-        AutoRefusal{"ShuntTankStepUpLower", ptank, 4, pictures(3, "getvalue(0)=20"),
-                    "The new impedance must be greater than the default impedance.", "WARNING", 0},
-        AutoRefusal{"ShuntTankStepDownHigher", ptank, 4, pictures(4, "getvalue(0)=51"),
-                    "The new impedance must be less than the default impedance.", "WARNING", 0},
-        AutoRefusal{"ShuntTankTapSmallerL", ptank, 4, pictures(1, "getvalue(1)=0.5u"),
-                    "The new inductance must be greater than the current inductance.", "ERROR", 0}),
+        Refusal{"AutoShuntTankNoChoice", "auto", ptank, 4, "> Getdata: accept", nullptr, nullptr, 1},
+        Refusal{"AutoShuntTankStepUpLower", "auto", ptank, 4, pictures(3, "getvalue(0)=20"),
+                "The new impedance must be greater than the default impedance.", "WARNING"},
+        Refusal{"AutoShuntTankStepDownHigher", "auto", ptank, 4, pictures(4, "getvalue(0)=51"),
+                "The new impedance must be less than the default impedance.", "WARNING"},
+        Refusal{"AutoShuntTankTapSmallerL", "auto", ptank, 4, pictures(1, "getvalue(1)=0.5u"), higherL, "ERROR"},
+        // A negative impedance has no tap ratio.
+        Refusal{"AutoNegativeImpedance", "auto", pind, 4, "> Getdata: -200",
+                "Run-time error '5':\n\nInvalid procedure call or argument"}),
     [](const auto& info) { return std::string(info.param.name); });
-
-// A negative impedance has no tap ratio: the host's fault, the design as it was.
-TEST(AutoTransformer, NegativeImpedanceFaultsAndRestores) {
-    test::Session session;
-    build(pind);
-    click(4);
-    session.run("> Getdata: -200\nauto\n");
-    EXPECT_EQ(session.runner.desk.messages.back().text,
-              "Run-time error '5':\n\nInvalid procedure call or argument");
-    EXPECT_EQ(undostate.undodepth, 0);
-    EXPECT_EQ(slot(0).dip(4).type, 32);
-    EXPECT_EQ(slot(0).r0.value(), 50);
-}
 
 } // namespace
 } // namespace zelk

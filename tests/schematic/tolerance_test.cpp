@@ -44,47 +44,8 @@ INSTANTIATE_TEST_SUITE_P(
         // Above 100 % the step is wider than the digit: 3.3 on steps of 1.5.
         TpercentCase{3.3e-9, 150, 3e-9}));
 
-struct PartCase {
-    const char* answers; // R% L% Q% C%
-    double R, L, C;      // expected from R 47.123, L 4.737e-7, C 4.73e-9
-};
-
-class SetPartTolerance : public ::testing::TestWithParam<PartCase> {};
-
-TEST_P(SetPartTolerance, UsesTheInductorPercentForEveryGroup) {
-    const PartCase& c = GetParam();
-    test::Session s;
-    ASSERT_EQ(s.run(chebyshevbp), 0) << s.err.str();
-    Dipole& d2 = dipole(0, 2);
-    dipole(0, 1).R = 47.123;
-    d2.L = 4.737e-7, d2.C = 4.73e-9, d2.La = 0, d2.Ca = -1e-9;
-    ASSERT_EQ(s.run(std::string("> Getdata: ") + c.answers + "\ntolerance\n"), 0) << s.err.str();
-    EXPECT_NEAR(dipole(0, 1).R, c.R, c.R * 1e-12);
-    EXPECT_NEAR(d2.L, c.L, c.L * 1e-12);
-    EXPECT_NEAR(d2.C, c.C, c.C * 1e-12);
-    EXPECT_EQ(d2.La, 0);
-    EXPECT_EQ(d2.Ca, -1e-9);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Groups, SetPartTolerance,
-    ::testing::Values(
-        // R% 10 with L% 1: resistors go to 1 %.
-        PartCase{"10 1 20 5", 47.12, 4.74e-7, 4.73e-9},
-        // L% 0: nothing moves, whatever the other tolerances say.
-        PartCase{"10 0 20 5", 47.123, 4.737e-7, 4.73e-9},
-        // R% 0 keeps resistors; C% 0 keeps capacitors; the rest at L%.
-        PartCase{"0 5 20 5", 47.123, 4.75e-7, 4.75e-9}, PartCase{"5 5 20 0", 47.1, 4.75e-7, 4.73e-9}));
-
-TEST(SetPartTolerance, CancelKeepsTheDesignAndTheTolerances) {
-    test::Session s;
-    ASSERT_EQ(s.run(chebyshevbp), 0);
-    store.Rtol = 7;
-    const double L = dipole(0, 2).L;
-    ASSERT_EQ(s.run("> Getdata: close\ntolerance\n"), 0);
-    EXPECT_EQ(dipole(0, 2).L, L);
-    EXPECT_EQ(store.Rtol, 7);
-}
+// Set Part Tolerance with the inductor percent for every group, its cancel, and Set Q are
+// the golden script tolerance_parts.
 
 // The standard series, in order: `lower` carries from one value to the next, which the
 // last row shows (a mantissa of exactly 1 takes the lower value left by the row before).
@@ -164,15 +125,6 @@ TEST(StandardWindow, ResistorOptionAloneFaultsAndLeavesTheDesign) {
     // 5.0 between 4.66274 and 5.13375 on the 5 % series: upper, 5.1.
     EXPECT_EQ(dipole(0, 1).R, 51);
     EXPECT_TRUE(standard.loaded);  // OK leaves the window open
-}
-
-TEST(SetQu, GivesEveryInductorTheQ) {
-    test::Session s;
-    ASSERT_EQ(s.run(chebyshevbp + std::string("> Getdata: 150\nqu\n")), 0) << s.err.str();
-    for (int d = 1; d <= slot(0).count(); ++d) {
-        const Dipole& p = dipole(0, d);
-        EXPECT_EQ(p.Qu, p.L > 0 ? 150 : 0) << d;
-    }
 }
 
 } // namespace

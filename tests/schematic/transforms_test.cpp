@@ -4,10 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstring>
 #include <vector>
 
-#include "analysis/response.h"
 #include "core/desktop.h"
 #include "core/dipoles.h"
 #include "schematic/dipoletransforms.h"

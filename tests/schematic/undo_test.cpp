@@ -6,10 +6,8 @@
 #include <cstring>
 
 #include "analysis/response.h"
-#include "core/dipoles.h"
 #include "core/framestate.h"
 #include "core/notation.h"
-#include "schematic/dipoletransforms.h"
 #include "core/commands.h"
 #include "reference.h"
 #include "schematic/schematicview.h"

@@ -4,7 +4,6 @@
 
 #include <cmath>
 
-#include "batch/runner.h"
 #include "core/designstore.h"
 #include "synthesis/bwcheby.h"
 #include "tests/testsupport.h"

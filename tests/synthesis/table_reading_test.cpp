@@ -2,7 +2,6 @@
 // termination moves and layouts of tablerealize.
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <fstream>
 #include <string>
 #include <vector>
@@ -10,7 +9,8 @@
 #include "core/designflow.h"
 #include "core/designstore.h"
 #include "synthesis/tables.h"
-#include "tests/testsupport.h"
+#include "reference.h"
+#include "testsupport.h"
 
 namespace zelk {
 namespace {
@@ -142,9 +142,7 @@ TEST(TableReading, RealizeEveryRowOfTheTerminationTable) {
         EXPECT_DOUBLE_EQ(s.Zin, c.wantzin);
         EXPECT_DOUBLE_EQ(s.Zout, c.wantzout);
         EXPECT_DOUBLE_EQ(s.r0, c.wantr0);
-        std::vector<int> types;
-        for (int d = 1; d <= s.count(); ++d) types.push_back(s.dip(d).type);
-        EXPECT_EQ(types, c.types);
+        EXPECT_EQ(test::types(), c.types);
         EXPECT_DOUBLE_EQ(s.dip(1).R, c.wantzin);
         EXPECT_DOUBLE_EQ(s.dip(s.count()).R, c.wantzout);
         const Dipole& first = s.dip(s.dip(2).type == 38 ? 3 : 2);

@@ -8,7 +8,8 @@
 #include "core/designflow.h"
 #include "core/designstore.h"
 #include "synthesis/transforms.h"
-#include "tests/testsupport.h"
+#include "reference.h"
+#include "testsupport.h"
 
 namespace zelk {
 namespace {
@@ -23,12 +24,6 @@ void ladder(int n, double zin, double zout, const std::string& configuration) {
     flow.configuration = configuration;
     for (int k = 1; k <= 16; ++k) store.g[k] = k + 0.5;
     schematicrealize();
-}
-
-std::vector<int> types() {
-    std::vector<int> t;
-    for (int d = 1; d <= slot(0).count(); ++d) t.push_back(slot(0).dip(d).type);
-    return t;
 }
 
 // The element value of dipole d, whichever part it is.
@@ -62,7 +57,7 @@ TEST(SchematicRealize, EveryRowOfTheLayoutTable) {
         SCOPED_TRACE(std::to_string(r.n) + " " + r.cf + " " + std::to_string(r.zout / r.zin));
         ladder(r.n, r.zin, r.zout, r.cf);
         if (!r.types.empty()) {
-            EXPECT_EQ(types(), r.types);
+            EXPECT_EQ(test::types(), r.types);
         }
         for (auto [d, v] : r.parts) EXPECT_EQ(part(d), v) << d;
         EXPECT_EQ(slot(0).r0.value(), r.r0);
