@@ -353,7 +353,7 @@ bool drawexactcurves(PlotForm& p) {
             rows.push_back({exactcolour(s), "exact" + which + ": not resolved", false});
         }
     }
-    if (!p.surface || p.N1 == p.N2) return true;
+    if (!p.surface || rows.empty() || p.N1 == p.N2) return true;
     Surface& sf = *p.surface;
     for (int s = 0; s < p.passslots; ++s) {
         const ExactTime& e = exact[static_cast<size_t>(s)];
