@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "analysis/exacttime.h"
 #include "analysis/walkers.h"
 #include "core/commands.h"
 #include "core/desktop.h"
@@ -508,6 +509,7 @@ bool PlotForm::redraw() {
             ok = timeplot() ? timepass(s) : frequencypass(s, quantity, slotcolour(s));
             if (ok) passslots = s + 1;
         }
+        if (ok && timeplot()) ok = drawexactcurves(*this);
         if (ok && returnloss && (quantity == Quantity::PEG || quantity == Quantity::PIG)) {
             // The return-loss overlay keeps the curves of the gain in the arrays.
             auto keepx = xs, keepv = values;

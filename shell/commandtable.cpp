@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "analysis/dataexport.h"
+#include "analysis/exacttime.h"
 #include "analysis/plots.h"
 #include "analysis/spiceexport.h"
 #include "analysis/statistics.h"
@@ -225,6 +226,7 @@ const std::vector<Command>& commands() {
         {"showtuning", displayentry<showtuning>, Plain},
         {"sfp", displayentry<sfp>, Plain},
         {"showcoil", displayentry<showcoil>, Plain},
+        {"exacttime", exacttime_Click, Plain},
         // HELP and WINDOW
         {"helper", helper_Click, Plain},
         {"calculator", calculator_Click, Plain},
@@ -291,6 +293,7 @@ void resetall() {
     resetschematic();
     norton = NortonWork{};
     resetplots();
+    resetexacttime();
     standard.reset();
     resetstatisticsall();
     trouble.reset();

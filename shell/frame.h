@@ -34,14 +34,16 @@ struct OptionItem {
     const char* caption;
 };
 const std::vector<OptionItem>& optionitems();
-// Reads the seven options from the settings store into the check marks (value "1" is
+// Reads the options from the settings store into the check marks (value "1" is
 // on, anything else or a missing key off).
 void readoptions();
 // Toggles one option as its menu item does, and saves "1" or "0".
 void toggleoption(const std::string& item);
-// The menu commands of the Options menu: the help line, and a display option by its item.
+// The menu commands of the Options menu: the help line, a display option by its item,
+// and the exact time responses (drawn beside the impulse and step curves).
 void helpL_Click();
 void displayoption_Click(const char* item);
+void exacttime_Click();
 
 // The command table: every menu item, pop-up item and button that runs a command, by
 // control name, with the dump and export handlers of the batch runner. Installed into

@@ -179,6 +179,7 @@ const std::vector<OptionItem>& optionitems() {
         {"showtuning", "showtuning", "Show Tuning Data"},
         {"sfp", "showparameters", "Show Filter Parameters"},
         {"showcoil", "showcoil", "Show Coil Data"},
+        {"exacttime", "exacttime", "Exact Time Responses"},
     };
     return o;
 }

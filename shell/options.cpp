@@ -1,7 +1,8 @@
-// The Options menu: seven check marks kept in the settings store (application "filter",
-// section "options", "1" on and "0" off), read at start.
+// The Options menu: check marks kept in the settings store (application "filter",
+// section "options", "1" on and "0" off, a missing key off), read at start.
 #include <string>
 
+#include "analysis/plots.h"
 #include "core/commands.h"
 #include "core/designstore.h"
 #include "core/desktop.h"
@@ -39,6 +40,21 @@ void helpL_Click() {
 void displayoption_Click(const char* item) {
     toggleoption(item);
     if (store.lastslot >= 0) schematicbuild();
+}
+
+// The exact curves come and go on the impulse and step plots that are open, redrawn
+// with the limits they have.
+void exacttime_Click() {
+    toggleoption("exacttime");
+    struct Fixed { // a fault in the redraw leaves the scale free again
+        Fixed() { plotshared.fixedscale = true; }
+        ~Fixed() { plotshared.fixedscale = false; }
+    };
+    for (PlotForm* p : {&PLOTIR, &PLOTSR}) {
+        if (!p->loaded || !p->shown) continue;
+        Fixed fixed;
+        p->redraw();
+    }
 }
 
 void readoptions() {

@@ -189,7 +189,7 @@ TEST(QtShell, FirstStartWritesTheOptionsOnce) {
         std::vector<std::pair<const char*, bool>> checked;       // menu items after it
     };
     const Case cases[] = {
-        {"fresh store", {}, {{"helpL", true}, {"partslist", true}, {"sfp", true}, {"nano", false}, {"showcoil", false}}},
+        {"fresh store", {}, {{"helpL", true}, {"partslist", true}, {"sfp", true}, {"nano", false}, {"showcoil", false}, {"exacttime", false}}},
         {"user turned parts list off", {{"helpl", "1"}, {"partslist", "0"}, {"showparameters", "1"}},
          {{"helpL", true}, {"partslist", false}, {"sfp", true}}},
         {"only a help folder saved", {{"zkhelplocation", "/nowhere"}}, {{"helpL", false}, {"partslist", false}, {"sfp", false}}},
@@ -469,6 +469,44 @@ TEST(QtShell, PrintAndExportEntries) {
     EXPECT_TRUE(clip->hasImage());
     EXPECT_TRUE(clip->data("image/svg+xml").contains("Power Effective Gain"));
     stop(f);
+}
+
+// The Options item draws the exact curve on the open step plot through the Qt surface:
+// the plot's bitmap on the clipboard has the curve's green, and loses it with the option.
+TEST(QtShell, ExactTimeResponseOnTheStepPlot) {
+    QSettings("filter", "filter").clear();
+    QtDesktop desk;
+    DesignFrame* f = desk.start();
+    f->show();
+    Clicker c(desk);
+    queuebutterworth(c, 0, false, {"1M", "2M", "3", "", "5"}, "", "Exact step");
+    trigger(f, "butterworth");
+    c.steps.clear();
+    c.steps.push_back({"Getdata", [](QWidget* v) { QTest::mouseClick(button(v, "accept"), Qt::LeftButton); }});
+    trigger(f, "USR");
+    c.steps.clear();
+    auto green = [f] {
+        trigger(f, "cUSR");
+        QImage im = QGuiApplication::clipboard()->image();
+        long n = 0;
+        for (int y = 0; y < im.height(); ++y)
+            for (int x = 0; x < im.width(); ++x) {
+                QRgb p = im.pixel(x, y);
+                n += qGreen(p) > 100 && qRed(p) < 60 && qBlue(p) < 60;
+            }
+        return n;
+    };
+    EXPECT_EQ(green(), 0);
+    trigger(f, "exacttime");
+    EXPECT_TRUE(f->action("exacttime")->isChecked());
+    EXPECT_EQ(QSettings("filter", "filter").value("options/exacttime").toString(), "1");
+    EXPECT_GT(green(), 200);
+    trigger(f, "exacttime");
+    EXPECT_EQ(green(), 0);
+    frame.designsaved = true;
+    delete f;
+    setdesktop(nullptr);
+    QSettings("filter", "filter").clear();
 }
 
 int main(int argc, char** argv) {

@@ -52,12 +52,12 @@ TEST(Frame, StartupWithHelpLineOnAndOff) {
     // "1" is on; anything else ("yes", "0") is off.
     using Setting = std::pair<const char*, const char*>;
     for (auto [key, value] : {Setting{"helpl", "1"}, Setting{"nano", "1"}, Setting{"showparameters", "1"},
-                              Setting{"partslist", "yes"}})
+                              Setting{"partslist", "yes"}, Setting{"exacttime", "1"}})
         d.settings[std::string("filter/options/") + key] = value;
     restart(d);
     using Item = std::pair<const char*, bool>;
     for (auto [item, on] : {Item{"helpL", true}, Item{"nano", true}, Item{"sfp", true}, Item{"partslist", false},
-                            Item{"showcoil", false}})
+                            Item{"showcoil", false}, Item{"exacttime", true}})
         EXPECT_EQ(menuchecked(item), on) << item;
     EXPECT_TRUE(frame.helppanelshown);
     EXPECT_EQ(frame.helplabel[0], "Select a filter response.");
