@@ -197,7 +197,7 @@ TEST(PlotFrame, CursorExpansionAndButtons) {
     auto* rec = dynamic_cast<RecordingSurface*>(p.surface);
     ASSERT_NE(rec, nullptr);
     int red = 0;
-    for (auto& op : rec->ops) red += op.kind == RecordingSurface::Op::Line && op.colour == RED;
+    for (auto& op : rec->flattened()) red += op.kind == RecordingSurface::Op::Line && op.colour == RED;
     EXPECT_GT(red, 100);
     // The frame: "db" labels, the footer, the title, the family.
     std::string texts;
