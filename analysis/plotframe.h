@@ -73,9 +73,12 @@ class PlotForm : public Window {
     bool leftpressed = false;
     double leftfreq = 0;
 
-    // The last pass: x (hertz or seconds) and value per slot and point.
+    // The last pass: x (hertz or seconds) and value per slot and point. Left to the
+    // zeros of static storage (the plot forms are the program's globals) rather than
+    // cleared by the constructor: a megabyte over the fifteen forms that the start would
+    // otherwise write page by page.
     int passslots = 0;
-    std::array<std::array<double, SWEEPPOINTS>, MAXSLOT + 1> xs{}, values{};
+    std::array<std::array<double, SWEEPPOINTS>, MAXSLOT + 1> xs, values;
 
     bool timeplot() const { return kind == PlotKind::Time; }
 
