@@ -1,7 +1,11 @@
 #include "analysis/plotframe.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <vector>
 
 #include "analysis/exacttime.h"
 #include "analysis/walkers.h"
@@ -21,7 +25,7 @@ double log10of(double x) { return std::log(x) / std::log(10.0); }
 
 // An axis label in engineering notation without the bare point of the notation ("1.K"
 // reads "1K" on an axis).
-std::string axislabel(double v) {
+std::string makeaxislabel(double v) {
     std::string t = engformatvalue(v);
     for (size_t i = 0; i < t.size(); ++i)
         if (t[i] == '.' && (i + 1 == t.size() || !(t[i + 1] >= '0' && t[i + 1] <= '9'))) {
@@ -30,6 +34,41 @@ std::string axislabel(double v) {
         }
     if (v < 0 && (t.empty() || t[0] != '-')) t = "-" + t;
     return t;
+}
+
+// The axis numbers as strings, each formatted once. A redraw asks again for the numbers
+// of the redraw before (a resize, the overlay, a statistics pass, a new span at the same
+// levels), and the host's number formatting costs more than all the rest of the frame.
+// Kept by the number's bits and its notation; engineering notation reads the nano
+// setting in the nanoseconds' range, so that the setting is part of the key there.
+enum class Notation : unsigned char { Plain, Engineering, EngineeringNano };
+
+std::string numbertext(double v, Notation how) {
+    struct Entry {
+        std::uint64_t bits = 0;
+        Notation how = Notation::Plain;
+        bool made = false;
+        std::string text;
+    };
+    static Entry memo[256];
+    const std::uint64_t bits = std::bit_cast<std::uint64_t>(v);
+    Entry& e = memo[((bits ^ (bits >> 31)) * 0x9E3779B97F4A7C15ULL >> 56) ^ static_cast<unsigned>(how)];
+    if (!e.made || e.bits != bits || e.how != how) {
+        e.text = how == Notation::Plain ? Str(v) : makeaxislabel(v);
+        e.bits = bits;
+        e.how = how;
+        e.made = true;
+    }
+    return e.text;
+}
+
+// Str of an axis number.
+std::string axisstr(double v) { return numbertext(v, Notation::Plain); }
+
+std::string axislabel(double v) {
+    const double a = std::abs(v);
+    const bool nano = a >= 1e-09 && a < 1e-06 && menuchecked("nano");
+    return numbertext(v, nano ? Notation::EngineeringNano : Notation::Engineering);
 }
 
 // The code's kind letters of slot 0.
@@ -58,6 +97,63 @@ template <class F> void loggrid(double lo, double hi, F line) {
         } else {
             m += 1;
         }
+    }
+}
+
+// The lines of the logarithmic frequency grid from lo to hi, each with its place in
+// decades from lo, log10(f/lo), and the span in decades: kept for the span last asked
+// for, as every redraw at that span asks for them again.
+struct FrequencyGrid {
+    struct Line {
+        double f;
+        bool decade;
+        double decades;
+    };
+    std::uint64_t lo = 0, hi = 0;
+    bool made = false;
+    double span = 0;
+    std::vector<Line> lines;
+};
+
+const FrequencyGrid& frequencygrid(double lo, double hi) {
+    static FrequencyGrid g;
+    const std::uint64_t klo = std::bit_cast<std::uint64_t>(lo), khi = std::bit_cast<std::uint64_t>(hi);
+    if (!g.made || g.lo != klo || g.hi != khi) {
+        g.lines.clear();
+        loggrid(lo, hi, [&](double f, bool decade) { g.lines.push_back({f, decade, log10of(f / lo)}); });
+        g.span = log10of(hi / lo);
+        g.lo = klo, g.hi = khi, g.made = true;
+    }
+    return g;
+}
+
+// The curve's points on a linear scale, the values v[0..n) placed from the frame top
+// as yof places them: t = k (v - c), or vertsize - k (v - c) for the time plots (FromTop);
+// a point with t < vertsize is drawn at top + t (pen down), any other goes to the bottom
+// edge with the pen lifted. Two points at a time in the compiler's vector extension
+// (the processor's base vector width), the same operations lane by lane as one at a time.
+typedef double D2 __attribute__((vector_size(2 * sizeof(double))));
+typedef long long M2 __attribute__((vector_size(2 * sizeof(double))));
+
+template <bool FromTop>
+void placecurve(const double* v, int n, double k, double c, double vertsize, double top, double* y, bool* pen) {
+    const double bottom = top + vertsize;
+    const D2 vk = {k, k}, vc = {c, c}, vs = {vertsize, vertsize}, vtop = {top, top}, vbottom = {bottom, bottom};
+    int i = 0;
+    for (; i + 2 <= n; i += 2) {
+        D2 a;
+        std::memcpy(&a, v + i, sizeof a);
+        const D2 t = FromTop ? vs - vk * (a - vc) : vk * (a - vc);
+        const M2 inside = t < vs;
+        const D2 out = (D2)(((M2)(vtop + t) & inside) | ((M2)vbottom & ~inside));
+        std::memcpy(y + i, &out, sizeof out);
+        pen[i] = inside[0] != 0;
+        pen[i + 1] = inside[1] != 0;
+    }
+    for (; i < n; ++i) {
+        const double t = FromTop ? vertsize - k * (v[i] - c) : k * (v[i] - c);
+        pen[i] = t < vertsize;
+        y[i] = pen[i] ? top + t : bottom;
     }
 }
 
@@ -330,37 +426,40 @@ void dbaxis(PlotForm& p) {
     s.setcolour(BLACK);
     lineargrid(p, p.db1, p.db2, division, [&](double v, double y, bool top) {
         double r = v / major - Int(v / major + 0.001);
-        if (r <= 0 || top) leftlabel(p, y, Str(v) + "db");
+        if (r <= 0 || top) leftlabel(p, y, axisstr(v) + "db");
     });
-    footer(p, Str(division) + "db/div by log frequency");
+    footer(p, axisstr(division) + "db/div by log frequency");
 }
 
 void frequencyaxis(PlotForm& p) {
     if (p.surface) {
         Surface& s = *p.surface;
         s.setcolour(BLACK);
-        double lo = p.freq1, hi = p.freq2;
-        double span = log10of(hi / lo);
+        const double lo = p.freq1, hi = p.freq2;
+        const FrequencyGrid& grid = frequencygrid(lo, hi);
+        const double span = grid.span;
         double yb = p.frametop + p.vertsize;
         double h = s.textheight("X");
         double lastright = -1e9;
-        auto label = [&](double x, double f) {
-            std::string t = axislabel(f);
-            double w = s.textwidth(t);
+        auto label = [&](double x, const std::string& t, double w) {
             double lx = std::clamp(x - w / 2, p.horzcent - w / 2, p.horzcent + p.framewidth - w / 2);
             if (lx < lastright + 60) return;
             s.drawtext(lx, yb + h * 0.2, t);
             lastright = lx + w;
         };
-        label(p.horzcent, lo);
+        const std::string lotext = axislabel(lo), hitext = axislabel(hi);
+        label(p.horzcent, lotext, s.textwidth(lotext));
         double endx = p.horzcent + p.framewidth;
-        double endw = s.textwidth(axislabel(hi));
-        loggrid(lo, hi, [&](double f, bool decade) {
-            double x = p.horzcent + p.framewidth * log10of(f / lo) / span;
+        double endw = s.textwidth(hitext);
+        for (const FrequencyGrid::Line& g : grid.lines) {
+            double x = p.horzcent + p.framewidth * g.decades / span;
             s.line(x, p.frametop, x, yb);
-            if (decade && x + s.textwidth(axislabel(f)) / 2 < endx - endw / 2 - 60) label(x, f);
-        });
-        label(endx, hi);
+            if (!g.decade) continue;
+            const std::string t = axislabel(g.f);
+            const double w = s.textwidth(t);
+            if (x + w / 2 < endx - endw / 2 - 60) label(x, t, w);
+        }
+        label(endx, hitext, endw);
         framebox(p);
         heading(p);
     }
@@ -414,9 +513,9 @@ void phaseaxis(PlotForm& p) {
         }
     if (range / division > 16) division = nicestep(range);
     lineargrid(p, p.db1, p.db2, division, [&](double v, double y, bool) {
-        leftlabel(p, y, Str(v), true);
+        leftlabel(p, y, axisstr(v), true);
     });
-    footer(p, Str(division) + " degrees/div" + " by " + "log frequency" + "/div");
+    footer(p, axisstr(division) + " degrees/div" + " by " + "log frequency" + "/div");
 }
 
 void timeaxis(PlotForm& p) {
@@ -453,9 +552,9 @@ void amplitudeaxis(PlotForm& p) {
         if (v > p.N1 + division * 1e-9) break;
         double y = p.frametop + p.vertsize - p.vertsize * (v - p.N2) / (p.N1 - p.N2);
         s.line(p.horzcent, y, p.horzcent + p.framewidth, y);
-        leftlabel(p, y, Str(std::abs(v) < division * 1e-6 ? 0 : v));
+        leftlabel(p, y, axisstr(std::abs(v) < division * 1e-6 ? 0 : v));
     }
-    footer(p, axislabel(p.Time / 10) + "sec/div" + " by " + Str(division) + "/div");
+    footer(p, axislabel(p.Time / 10) + "sec/div" + " by " + axisstr(division) + "/div");
 }
 
 // ---------------------------------------------------------------------------------------
@@ -547,57 +646,111 @@ bool PlotForm::addpass(int s) {
     return ok;
 }
 
-bool PlotForm::frequencypass(int s, Quantity q, long colour) {
-    double* w = xs[static_cast<size_t>(s)].data();
-    double* v = values[static_cast<size_t>(s)].data();
-    double wA[SWEEPPOINTS];
-    sweepfrequencies(freq1, freq2, wA);
-    if (!sweepvalues(q, s, wA, v)) return false;
-    for (int i = 0; i < SWEEPPOINTS; ++i) w[i] = wA[i] / TWOPI;
+const PlotForm::SweepGrid& PlotForm::sweepgrid() {
+    if (!grid.made || grid.f1 != freq1 || grid.f2 != freq2 || grid.npoints != store.npoints) {
+        sweepfrequencies(freq1, freq2, grid.w.data());
+        for (int i = 0; i < SWEEPPOINTS; ++i) grid.hz[static_cast<size_t>(i)] = grid.w[static_cast<size_t>(i)] / TWOPI;
+        grid.f1 = freq1;
+        grid.f2 = freq2;
+        grid.npoints = store.npoints;
+        grid.made = true;
+    }
+    return grid;
+}
 
-    // Automatic ranging of the pass.
+bool PlotForm::frequencypass(int s, Quantity q, long colour) {
+    double* v = values[static_cast<size_t>(s)].data();
+    const SweepGrid& g = sweepgrid();
+    if (!sweepvalues(q, s, g.w.data(), v)) return false;
+    xs[static_cast<size_t>(s)] = g.hz;
+
+    // Automatic ranging of the pass: one loop per kind, the running limits held in
+    // locals through it.
     if (q == quantity && !plotshared.fixedscale) {
-        for (int i = 0; i < SWEEPPOINTS; ++i) {
-            double x = v[i];
-            switch (kind) {
-            case PlotKind::Gain:
-                if (x > runmax) runmax = Int(x) + 1;
-                break;
-            case PlotKind::Impedance:
-                if (x < zlow) zlow = x;
-                if (x > zhigh) zhigh = x;
-                break;
-            case PlotKind::ReturnLoss:
-            case PlotKind::Phase:
-                if (kind == PlotKind::ReturnLoss && x == 120) exactmatch = true;
-                if (x > anglehigh) anglehigh = Int(x / 10) * 10 + 10;
-                if (x < anglelow) anglelow = Int(x / 10) * 10 - 10;
-                break;
-            case PlotKind::Delay:
-                // The first point carries no previous phase and sets no scale.
-                if (i > 0 && x > delaymax) delaymax = x;
-                break;
-            case PlotKind::Time: break;
+        switch (kind) {
+        case PlotKind::Gain: {
+            double m = runmax;
+            for (int i = 0; i < SWEEPPOINTS; ++i)
+                if (v[i] > m) m = Int(v[i]) + 1;
+            runmax = m;
+            break;
+        }
+        case PlotKind::Impedance: {
+            double lo = zlow, hi = zhigh;
+            for (int i = 0; i < SWEEPPOINTS; ++i) {
+                if (v[i] < lo) lo = v[i];
+                if (v[i] > hi) hi = v[i];
             }
+            zlow = lo, zhigh = hi;
+            break;
+        }
+        case PlotKind::ReturnLoss:
+        case PlotKind::Phase: {
+            double lo = anglelow, hi = anglehigh;
+            bool match = exactmatch;
+            for (int i = 0; i < SWEEPPOINTS; ++i) {
+                const double x = v[i];
+                if (kind == PlotKind::ReturnLoss && x == 120) match = true;
+                if (x > hi) hi = Int(x / 10) * 10 + 10;
+                if (x < lo) lo = Int(x / 10) * 10 - 10;
+            }
+            anglelow = lo, anglehigh = hi, exactmatch = match;
+            break;
+        }
+        case PlotKind::Delay: {
+            // The first point carries no previous phase and sets no scale.
+            double m = delaymax;
+            for (int i = 1; i < SWEEPPOINTS; ++i)
+                if (v[i] > m) m = v[i];
+            delaymax = m;
+            break;
+        }
+        case PlotKind::Time: break;
         }
     }
     if (!surface) return true;
-    Surface& sf = *surface;
-    sf.setcolour(colour);
-    const double bottom = frametop + vertsize;
-    const bool startaty = kind == PlotKind::Phase;
-    for (int i = 0; i < SWEEPPOINTS; ++i) {
-        double px = framewidth * i / store.npoints;
-        double y = yof(v[i]);
-        if (i == 0) {
-            sf.moveto(horzcent, startaty ? frametop + y : bottom);
-        } else if (y < vertsize) {
-            sf.lineto(horzcent + px, frametop + y);
-        } else {
-            sf.moveto(horzcent + px, bottom);
-        }
-    }
+    surface->setcolour(colour);
+    // The phase starts at its first value, the other curves on the bottom edge.
+    drawcurve(v, 1, horzcent, kind == PlotKind::Phase ? frametop + yof(v[0]) : frametop + vertsize);
     return true;
+}
+
+const double* PlotForm::curveplaces() {
+    if (!places.made || places.horzcent != horzcent || places.framewidth != framewidth ||
+        places.npoints != store.npoints) {
+        for (int i = 0; i < SWEEPPOINTS; ++i)
+            places.x[static_cast<size_t>(i)] = horzcent + framewidth * i / store.npoints;
+        places.horzcent = horzcent;
+        places.framewidth = framewidth;
+        places.npoints = store.npoints;
+        places.made = true;
+    }
+    return places.x.data();
+}
+
+void PlotForm::drawcurve(const double* v, int first, double x0, double y0) {
+    // A point below the frame (or not a number) lifts the pen and stands on the bottom
+    // edge; the next point inside draws up from there.
+    double x[SWEEPPOINTS + 1], y[SWEEPPOINTS + 1];
+    bool pen[SWEEPPOINTS + 1];
+    const int n = SWEEPPOINTS - first;
+    const double top = frametop, bottom = frametop + vertsize;
+    const double range = kind == PlotKind::Time ? N1 - N2 : db2 - db1;
+    if (kind == PlotKind::Impedance || range == 0) {
+        for (int k = 1; k <= n; ++k) {
+            const double t = yof(v[first + k - 1]);
+            pen[k] = t < vertsize;
+            y[k] = pen[k] ? top + t : bottom;
+        }
+    } else if (kind == PlotKind::Time) {
+        placecurve<true>(v + first, n, vertsize / range, N2, vertsize, top, y + 1, pen + 1);
+    } else {
+        placecurve<false>(v + first, n, vertsize / (db1 - db2), db2, vertsize, top, y + 1, pen + 1);
+    }
+    const double* xp = curveplaces() + first;
+    std::copy(xp, xp + n, x + 1);
+    x[0] = x0, y[0] = y0, pen[0] = false;
+    surface->polyline(x, y, pen, n + 1);
 }
 
 bool PlotForm::timepass(int s) {
@@ -642,16 +795,8 @@ bool PlotForm::timepass(int s) {
         }
     }
     if (!surface) return true;
-    Surface& sf = *surface;
-    sf.setcolour(slotcolour(s));
-    const double bottom = frametop + vertsize;
-    sf.moveto(horzcent, bottom);
-    for (int i = 0; i < SWEEPPOINTS; ++i) {
-        double px = framewidth * i / store.npoints;
-        double y = yof(v[i]);
-        if (y < vertsize) sf.lineto(horzcent + px, frametop + y);
-        else sf.moveto(horzcent + px, bottom);
-    }
+    surface->setcolour(slotcolour(s));
+    drawcurve(v, 0, horzcent, frametop + vertsize);
     return true;
 }
 

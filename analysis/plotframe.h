@@ -73,9 +73,12 @@ class PlotForm : public Window {
     bool leftpressed = false;
     double leftfreq = 0;
 
-    // The last pass: x (hertz or seconds) and value per slot and point.
+    // The last pass: x (hertz or seconds) and value per slot and point. Left to the
+    // zeros of static storage (the plot forms are the program's globals) rather than
+    // cleared by the constructor: a megabyte over the fifteen forms that the start would
+    // otherwise write page by page.
     int passslots = 0;
-    std::array<std::array<double, SWEEPPOINTS>, MAXSLOT + 1> xs{}, values{};
+    std::array<std::array<double, SWEEPPOINTS>, MAXSLOT + 1> xs, values;
 
     bool timeplot() const { return kind == PlotKind::Time; }
 
@@ -106,12 +109,36 @@ class PlotForm : public Window {
     void setplotdefaults();
 
   private:
+    // The sweep frequencies of the span, rad/s and hertz, made when the span or the point
+    // count has changed since the last pass: every slot's pass, the overlay and a redraw
+    // at the same span take them as they stand.
+    struct SweepGrid {
+        bool made = false;
+        double f1 = 0, f2 = 0;
+        int npoints = 0;
+        std::array<double, SWEEPPOINTS> w, hz; // written when made
+    };
+    SweepGrid grid;
+    const SweepGrid& sweepgrid();
+    // The curve points' places across the frame, made again when the frame or the point
+    // count changes.
+    struct CurvePlaces {
+        bool made = false;
+        double horzcent = 0, framewidth = 0;
+        int npoints = 0;
+        std::array<double, SWEEPPOINTS> x; // written when made
+    };
+    CurvePlaces places;
+    const double* curveplaces();
+
     bool frequencypass(int s, Quantity q, long colour);
     bool timepass(int s);
     void drawaxes();
     void finishranging();
     double valueat(double wA, Quantity q);
     double yof(double value) const; // from the frame top
+    // The curve of the pass v: from (x0, y0) through the points first .. SWEEPPOINTS-1.
+    void drawcurve(const double* v, int first, double x0, double y0);
 };
 
 // The frame routines, one per axis kind.

@@ -35,9 +35,12 @@ void replay(cairo_t* cr, const RecordingSurface& rec, double W, double H) {
         setcolour(cr, op.colour);
         switch (op.kind) {
         case RecordingSurface::Op::Line:
-            cairo_move_to(cr, std::floor(op.x1 * k) + 0.5, std::floor(op.y1 * k) + 0.5);
-            cairo_line_to(cr, std::floor(op.x2 * k) + 0.5, std::floor(op.y2 * k) + 0.5);
-            cairo_stroke(cr);
+        case RecordingSurface::Op::Curve:
+            rec.eachline(op, [&](double x1, double y1, double x2, double y2) {
+                cairo_move_to(cr, std::floor(x1 * k) + 0.5, std::floor(y1 * k) + 0.5);
+                cairo_line_to(cr, std::floor(x2 * k) + 0.5, std::floor(y2 * k) + 0.5);
+                cairo_stroke(cr);
+            });
             break;
         case RecordingSurface::Op::Fill:
             cairo_rectangle(cr, std::min(op.x1, op.x2) * k, std::min(op.y1, op.y2) * k, std::abs(op.x2 - op.x1) * k,

@@ -169,7 +169,7 @@ void montecarlo(benchmark::State& state, bool all) {
     for (auto _ : state) {
         benchmark::DoNotOptimize(statisticspass(Analysis::MonteCarlo));
         state.PauseTiming();
-        for (OpenPlot& o : open) o.surface->ops.clear();
+        for (OpenPlot& o : open) o.surface->clear();
         state.ResumeTiming();
     }
     state.counters["passes/s"] = benchmark::Counter(static_cast<double>(state.iterations()), benchmark::Counter::kIsRate);

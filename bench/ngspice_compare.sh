@@ -5,8 +5,13 @@
 # frequencies (100 kHz to 10 MHz, 256 per decade) in ngspice, in the same run, in CPU
 # time: each figure with its ratio to ngspice and to the power gain sweep.
 #
+# Then the desktop start, launch to the main window mapped under Xvfb
+# (tools/startup-time.sh), when a Qt build and xvfb-run are there.
+#
 #   bench/ngspice_compare.sh [BUILD_DIR]     (default: build-bench beside the sources)
 #   REPS=400 (ngspice analyses), BENCHREPS=5 (benchmark repetitions, medians taken)
+#   QTBUILD=DIR (the Qt build for the start; default: build beside the sources),
+#   STARTRUNS=5 (starts timed; 0 leaves the start out)
 #
 # Needs ngspice (apt-get install -y ngspice) and Google Benchmark.
 set -euo pipefail
@@ -67,7 +72,10 @@ runs=$(cputime "$work/runs.cir")
 spice_us=$(awk -v a="$runs" -v b="$base" -v n="$reps" 'BEGIN { printf "%.1f", (a - b) / n * 1e6 }')
 
 benchreps=${BENCHREPS:-5}
+# The repetitions of all benchmarks in random order, so that no figure alone takes the
+# slow start of the run or a spell of load from elsewhere.
 "$build/bench/zelkbench" --benchmark_format=json --benchmark_min_warmup_time=0.2 \
+    --benchmark_enable_random_interleaving=true \
     --benchmark_repetitions="$benchreps" --benchmark_report_aggregates_only=true >"$work/bench.json" 2>/dev/null
 ours() { # median CPU time in microseconds of a benchmark (its only time for one repetition)
     local suffix=_median
@@ -80,6 +88,7 @@ gain=$(ours BM_PEGSweep)
 
 echo "513-point sweeps of the 32-dipole ladder, CPU time per operation"
 echo "(zelkbench: median of $benchreps repetitions; ngspice: mean of $reps AC analyses, start-up taken off)"
+echo "(load average at the end of the benchmarks: $(cut -d' ' -f1-3 /proc/loadavg))"
 printf "  %-52s %9s us\n" "ngspice AC analysis, 513 points" "$spice_us"
 printf "  %-52s %9s   %12s %12s\n" "operation" "CPU time" "ngspice/this" "this/PEG"
 row() { # benchmark, label
@@ -102,3 +111,16 @@ row BM_StepResponsePass "Step response pass (100 walks, 513 sums)"
 row BM_StepHarmonicWalks "  its 100 harmonic walks"
 row BM_StepCosineSums "  its 513 sums of 100 cosines (recurrence)"
 row BM_PEGPlotRedraw "Full redraw of the gain plot (sweep included)"
+row BM_MonteCarloPassPEG "Monte Carlo pass, gain plot open"
+row BM_MonteCarloPassAll "Monte Carlo pass, all fifteen plots open"
+
+startruns=${STARTRUNS:-5}
+qtbuild=${QTBUILD:-$src/build}
+if [ "$startruns" -gt 0 ]; then
+    if [ -x "$qtbuild/zelkfilter" ] && command -v xvfb-run >/dev/null; then
+        echo "Desktop start, launch to the main window mapped (Xvfb, wall time):"
+        "$src/tools/startup-time.sh" "$qtbuild" "$startruns" | sed 's/^/  /'
+    else
+        echo "Desktop start not measured: no Qt build at $qtbuild (QTBUILD=...) or no xvfb-run"
+    fi
+fi

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace zelk {
@@ -40,6 +41,11 @@ class Surface {
     virtual double scaleheight() const = 0;
     // A filled rectangle in the current colour (backgrounds, the cursor bar).
     virtual void fillrect(double x1, double y1, double x2, double y2) = 0;
+    // A curve in the current colour through the n points (x[k], y[k]), in one call: the
+    // cursor goes to the first point, then to each next point with the pen down where
+    // pen[k] is set and lifted where it is not; it ends on the last point. The picture is
+    // that of moveto and lineto point by point (which this default does).
+    virtual void polyline(const double* x, const double* y, const bool* pen, int n);
 
     void moveto(double x, double y) {
         currentx = x;
@@ -69,15 +75,27 @@ class Surface {
 
 // Records every operation, for tests and for the batch runner's SVG export. Text metrics
 // are those of the program's 8-point sans-serif face at `unit` surface units per pixel
-// (1 for pixels, 15 for twips).
+// (1 for pixels, 15 for twips). A curve drawn with polyline is kept as one operation
+// over its points; it stands for the lines of its drawn steps, in order (eachline,
+// flattened, and the SVG give them).
 class RecordingSurface : public Surface {
   public:
     struct Op {
-        enum Kind { Line, Text, Fill } kind;
-        double x1, y1, x2, y2;
+        enum Kind { Line, Text, Fill, Curve } kind;
+        double x1, y1, x2, y2; // a curve: its first and its last point
         std::string text;
         long colour;
         bool bold;
+        // A curve: its points are those of `curves` from first to first + count.
+        unsigned first, count;
+        Op(Kind k, double ax, double ay, double bx, double by, std::string t, long c, bool b, unsigned f = 0,
+           unsigned n = 0)
+            : kind(k), x1(ax), y1(ay), x2(bx), y2(by), text(std::move(t)), colour(c), bold(b), first(f), count(n) {}
+    };
+    // The points of the curves, with the pen of the step that comes to each.
+    struct CurvePoints {
+        std::vector<double> x, y;
+        std::vector<unsigned char> pen;
     };
     RecordingSurface(double width, double height, double unit = 1)
         : width_(width), height_(height), unit_(unit) {}
@@ -86,14 +104,22 @@ class RecordingSurface : public Surface {
         : width_(0), height_(0), unit_(unit), pw_(width), ph_(height) {}
 
     std::vector<Op> ops;
+    CurvePoints curves;
     void resize(double width, double height) {
         width_ = width;
         height_ = height;
     }
     double unit() const { return unit_; }
 
-    void cls() override {
+    // Empties the recording, keeping its storage.
+    void clear() {
         ops.clear();
+        curves.x.clear();
+        curves.y.clear();
+        curves.pen.clear();
+    }
+    void cls() override {
+        clear();
         moveto(0, 0);
     }
     void setcolour(long c) override { colour_ = c; }
@@ -101,15 +127,30 @@ class RecordingSurface : public Surface {
     void setbold(bool b) override { bold_ = b; }
     bool bold() const override { return bold_; }
     void line(double x1, double y1, double x2, double y2) override {
-        ops.push_back({Op::Line, x1, y1, x2, y2, {}, colour_, bold_});
+        ops.emplace_back(Op::Line, x1, y1, x2, y2, std::string(), colour_, bold_);
     }
     void drawtext(double x, double y, const std::string& text) override {
-        ops.push_back({Op::Text, x, y, x + textwidth(text), y + textheight(text), text, colour_,
-                       bold_});
+        ops.emplace_back(Op::Text, x, y, x + textwidth(text), y + textheight(text), text, colour_, bold_);
     }
     void fillrect(double x1, double y1, double x2, double y2) override {
-        ops.push_back({Op::Fill, x1, y1, x2, y2, {}, colour_, bold_});
+        ops.emplace_back(Op::Fill, x1, y1, x2, y2, std::string(), colour_, bold_);
     }
+    void polyline(const double* x, const double* y, const bool* pen, int n) override;
+
+    // f(x1, y1, x2, y2) for each line of a Line or a Curve operation, in drawing order.
+    template <class F> void eachline(const Op& op, F f) const {
+        if (op.kind == Op::Line) {
+            f(op.x1, op.y1, op.x2, op.y2);
+        } else if (op.kind == Op::Curve) {
+            const double* x = curves.x.data() + op.first;
+            const double* y = curves.y.data() + op.first;
+            const unsigned char* pen = curves.pen.data() + op.first;
+            for (unsigned k = 1; k < op.count; ++k)
+                if (pen[k]) f(x[k - 1], y[k - 1], x[k], y[k]);
+        }
+    }
+    // The recording with every curve as the Line operations it stands for.
+    std::vector<Op> flattened() const;
     double textwidth(const std::string& text) const override;
     double textheight(const std::string&) const override { return 13 * unit_; }
     double scalewidth() const override { return pw_ ? *pw_ : width_; }

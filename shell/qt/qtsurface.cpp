@@ -33,6 +33,23 @@ void PainterSurface::line(double x1, double y1, double x2, double y2) {
     p->drawLine(QPointF(x1 / unit_, y1 / unit_), QPointF(x2 / unit_, y2 / unit_));
 }
 
+void PainterSurface::polyline(const double* x, const double* y, const bool* pen, int n) {
+    if (n <= 0) return;
+    // The lines of line() one by one, with the pen made once: the straight ones sharp,
+    // the slanting ones smoothed.
+    if (QPainter* p = painter()) {
+        QPen qpen(hostcolour(colour_));
+        qpen.setWidthF(bold_ ? 2 : 1);
+        p->setPen(qpen);
+        for (int k = 1; k < n; ++k) {
+            if (!pen[k]) continue;
+            p->setRenderHint(QPainter::Antialiasing, !(x[k - 1] == x[k] || y[k - 1] == y[k]));
+            p->drawLine(QPointF(x[k - 1] / unit_, y[k - 1] / unit_), QPointF(x[k] / unit_, y[k] / unit_));
+        }
+    }
+    moveto(x[n - 1], y[n - 1]);
+}
+
 void PainterSurface::drawtext(double x, double y, const std::string& text) {
     QPainter* p = painter();
     if (!p) return;
@@ -65,7 +82,10 @@ void replay(const RecordingSurface& rec, QPainter& p) {
         s.setcolour(op.colour);
         s.setbold(op.bold);
         switch (op.kind) {
-        case RecordingSurface::Op::Line: s.line(op.x1, op.y1, op.x2, op.y2); break;
+        case RecordingSurface::Op::Line:
+        case RecordingSurface::Op::Curve:
+            rec.eachline(op, [&](double x1, double y1, double x2, double y2) { s.line(x1, y1, x2, y2); });
+            break;
         case RecordingSurface::Op::Text: s.drawtext(op.x1, op.y1, op.text); break;
         case RecordingSurface::Op::Fill: s.fillrect(op.x1, op.y1, op.x2, op.y2); break;
         }
@@ -109,6 +129,10 @@ void PixmapSurface::setbold(bool b) {
 void PixmapSurface::line(double x1, double y1, double x2, double y2) {
     record_.line(x1, y1, x2, y2);
     PainterSurface::line(x1, y1, x2, y2);
+}
+void PixmapSurface::polyline(const double* x, const double* y, const bool* pen, int n) {
+    record_.polyline(x, y, pen, n);
+    PainterSurface::polyline(x, y, pen, n);
 }
 void PixmapSurface::drawtext(double x, double y, const std::string& text) {
     record_.drawtext(x, y, text);

@@ -33,6 +33,7 @@ class PainterSurface : public Surface {
     double scalewidth() const override { return width_ * unit_; }
     double scaleheight() const override { return height_ * unit_; }
     void fillrect(double x1, double y1, double x2, double y2) override;
+    void polyline(const double* x, const double* y, const bool* pen, int n) override;
     // For a device of another resolution than the screen (printer, PDF) under a scaled
     // painter: the face keeps its size in the surface's pixels, 8 points at 96 dpi.
     void matchscreenfont(const QPaintDevice& device) { fontscale_ = 96.0 / device.logicalDpiY(); }
@@ -63,6 +64,7 @@ class PixmapSurface : public PainterSurface {
     void line(double x1, double y1, double x2, double y2) override;
     void drawtext(double x, double y, const std::string& text) override;
     void fillrect(double x1, double y1, double x2, double y2) override;
+    void polyline(const double* x, const double* y, const bool* pen, int n) override;
     // Everything drawn since the last clear, in surface units.
     const RecordingSurface& recording() const { return record_; }
     // New client size: a fresh white pixmap (the window redraws on its resize event).

@@ -182,7 +182,7 @@ TEST(PlotFrame, CursorExpansionAndButtons) {
     auto* rec = dynamic_cast<RecordingSurface*>(p.surface);
     ASSERT_NE(rec, nullptr);
     int red = 0;
-    for (auto& op : rec->ops) red += op.kind == RecordingSurface::Op::Line && op.colour == RED;
+    for (auto& op : rec->flattened()) red += op.kind == RecordingSurface::Op::Line && op.colour == RED;
     EXPECT_GT(red, 100);
     // The frame: "db" labels, the footer, the title, the family.
     std::string texts;
@@ -202,6 +202,130 @@ TEST(PlotFrame, CursorExpansionAndButtons) {
     EXPECT_FALSE(p.loaded);
     EXPECT_FALSE(menuenabled("pPEG"));
     EXPECT_FALSE(menuenabled("cPEG"));
+}
+
+// A surface that takes a curve point by point (the surface's own polyline: moveto and
+// lineto), recording the lines and texts it is given.
+struct PointByPoint : Surface {
+    RecordingSurface rec;
+    explicit PointByPoint(const Window& w) : rec(w.clientwidth, w.clientheight, w.unit) {}
+    void cls() override {
+        rec.cls();
+        moveto(0, 0);
+    }
+    void setcolour(long c) override { rec.setcolour(c); }
+    long colour() const override { return rec.colour(); }
+    void setbold(bool b) override { rec.setbold(b); }
+    bool bold() const override { return rec.bold(); }
+    void line(double x1, double y1, double x2, double y2) override { rec.line(x1, y1, x2, y2); }
+    void drawtext(double x, double y, const std::string& t) override { rec.drawtext(x, y, t); }
+    double textwidth(const std::string& t) const override { return rec.textwidth(t); }
+    double textheight(const std::string& t) const override { return rec.textheight(t); }
+    double scalewidth() const override { return rec.scalewidth(); }
+    double scaleheight() const override { return rec.scaleheight(); }
+    void fillrect(double x1, double y1, double x2, double y2) override { rec.fillrect(x1, y1, x2, y2); }
+};
+
+// A redraw keeps the sweep frequencies, the curve's places, the frequency grid and the
+// axis numbers' strings of the redraws before. Each plot kind drawn at one span, at
+// another, in another frame size and with the nano setting turned, then back, gives the
+// picture of its first drawing again; and that picture is the one drawn point by point.
+TEST(PlotFrame, RedrawsWithKeptGridsDrawWhatAFreshDrawingDraws) {
+    test::Session s;
+    ASSERT_EQ(s.run(designs[1]), 0) << s.err.str();
+    const struct {
+        const char *command, *form, *first, *second;
+        bool nanolabels; // axis labels below a microsecond read the nano setting
+    } cases[] = {
+        {"PEG", "plotPEG", "5M 20M 0 -80", "5M 40M 0 -60", false},
+        {"inputz", "plotZin", "5M 20M 1 1000", "8M 20M 10 100", false},
+        {"PHA", "PLOTPHASE", "5M 20M -360 360", "9M 11M -90 90", false},
+        {"GD", "PLOTGD", "5M 20M 500n", "5M 11M 2u", true},
+        {"USR", "PLOTSR", "100M 4u 2 -2", "100M 1u 1 -1", true},
+    };
+    for (const auto& c : cases) {
+        PlotForm& p = *findplot(c.form);
+        auto draw = [&](const char* answers) {
+            ASSERT_EQ(s.run(std::string("> Getdata: ") + answers + "\n" + c.command + "\n"), 0) << c.command << s.err.str();
+        };
+        auto picture = [&] { return s.runner.desk.surfacefor(p).svg(); };
+        // The curve spans the prompt's first two values (a time plot: its time) and ends
+        // on the frame's right edge as the frame stands; the frequency grid's lines.
+        auto ends = [&](const char* answers) {
+            std::istringstream in(answers);
+            std::string start, end;
+            in >> start >> end;
+            std::vector<Point> pts = curve(s, c.form);
+            ASSERT_EQ(pts.size(), 513u) << c.command;
+            EXPECT_NEAR(pts.back().x, parsevalue(end), parsevalue(end) * 1e-12) << c.command;
+            const RecordingSurface::Op* last = nullptr;
+            for (const auto& op : s.runner.desk.surfacefor(p).ops)
+                if (op.kind == RecordingSurface::Op::Curve) last = &op;
+            ASSERT_NE(last, nullptr) << c.command;
+            EXPECT_EQ(last->x2, p.horzcent + p.framewidth) << c.command;
+            if (p.timeplot()) return;
+            EXPECT_NEAR(pts.front().x, parsevalue(start), parsevalue(start) * 1e-12) << c.command;
+            // On the linear scales a point inside the levels is drawn to at its height,
+            // a point below them stands on the bottom edge with the pen lifted.
+            const RecordingSurface& rec = s.runner.desk.surfacefor(p);
+            if (p.kind != PlotKind::Impedance) {
+                const double bottom = p.frametop + p.vertsize;
+                for (int i = 1; i < 513; ++i) {
+                    const double v = pts[static_cast<size_t>(i)].value, y = rec.curves.y[last->first + i];
+                    const bool inside = v > p.db1 + 1e-9 * (p.db2 - p.db1);
+                    if (v > p.db1 - 1e-9 * (p.db2 - p.db1) && !inside) continue; // on the edge itself
+                    EXPECT_EQ(rec.curves.pen[last->first + i] != 0, inside) << c.command << " " << i;
+                    EXPECT_NEAR(y, inside ? bottom - p.vertsize * (v - p.db1) / (p.db2 - p.db1) : bottom, 1e-9 * p.vertsize)
+                        << c.command << " " << i;
+                }
+            }
+            // The frequency grid: a line at every multiple of a power of ten strictly
+            // inside the span, placed by its logarithm.
+            const double lo = parsevalue(start), hi = parsevalue(end);
+            std::vector<double> want, got;
+            for (double decade = std::pow(10.0, std::floor(std::log10(lo))); decade < hi; decade *= 10)
+                for (int m = 1; m <= 9; ++m)
+                    if (m * decade > lo * (1 + 1e-9) && m * decade < hi * (1 - 1e-9))
+                        want.push_back(p.horzcent + p.framewidth * std::log10(m * decade / lo) / std::log10(hi / lo));
+            for (const auto& op : s.runner.desk.surfacefor(p).ops)
+                if (op.kind == RecordingSurface::Op::Line && op.x1 == op.x2 && op.y1 == p.frametop &&
+                    op.y2 == p.frametop + p.vertsize && op.x1 > p.horzcent && op.x1 < p.horzcent + p.framewidth)
+                    got.push_back(op.x1);
+            ASSERT_EQ(got.size(), want.size()) << c.command << " " << answers;
+            for (size_t i = 0; i < got.size(); ++i) EXPECT_NEAR(got[i], want[i], 1e-9 * p.framewidth) << c.command;
+        };
+        draw(c.first);
+        ends(c.first);
+        const std::string first = picture();
+        PointByPoint pbp(p);
+        Surface* own = p.surface;
+        p.surface = &pbp;
+        ASSERT_TRUE(p.redraw());
+        p.surface = own;
+        EXPECT_EQ(pbp.rec.svg(), first) << c.command;
+
+        draw(c.second);
+        ends(c.second);
+        EXPECT_NE(picture(), first) << c.command;
+        draw(c.first);
+        EXPECT_EQ(picture(), first) << c.command;
+
+        const double width = p.clientwidth;
+        p.clientwidth = width * 1.25;
+        p.resized();
+        ends(c.first);
+        EXPECT_NE(picture(), first) << c.command;
+        p.clientwidth = width;
+        p.resized();
+        EXPECT_EQ(picture(), first) << c.command;
+
+        ASSERT_EQ(s.run("option nano on\n"), 0);
+        ASSERT_TRUE(p.redraw());
+        EXPECT_EQ(picture() != first, c.nanolabels) << c.command;
+        ASSERT_EQ(s.run("option nano off\n"), 0);
+        ASSERT_TRUE(p.redraw());
+        EXPECT_EQ(picture(), first) << c.command;
+    }
 }
 
 TEST(Plots, PromptChecksAndDefaults) {
