@@ -255,7 +255,7 @@ TEST(PlotFrame, RedrawsWithKeptGridsDrawWhatAFreshDrawingDraws) {
             std::istringstream in(answers);
             std::string start, end;
             in >> start >> end;
-            std::vector<Point> pts = curve(s, c.form);
+            const auto pts = test::curve(s, c.form);
             ASSERT_EQ(pts.size(), 513u) << c.command;
             EXPECT_NEAR(pts.back().x, parsevalue(end), parsevalue(end) * 1e-12) << c.command;
             const RecordingSurface::Op* last = nullptr;
