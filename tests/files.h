@@ -3,7 +3,9 @@
 
 #include <filesystem>
 #include <fstream>
+#include <iomanip>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -29,6 +31,46 @@ inline std::vector<std::vector<double>> tablelines(const std::string& file) {
         if (!v.empty()) out.push_back(v);
     }
     return out;
+}
+
+// One row of a data file: its fields, separated by blanks; a field with blanks is written
+// in double quotes, and \n in a field is a line break.
+struct Row {
+    std::vector<std::string> field;
+    const std::string& text(size_t i) const { return field.at(i); }
+    double num(size_t i) const { return std::stod(field.at(i)); }
+    int whole(size_t i) const { return std::stoi(field.at(i)); }
+    // The numbers from field i to the end.
+    std::vector<double> nums(size_t i) const {
+        std::vector<double> v;
+        for (; i < field.size(); ++i) v.push_back(num(i));
+        return v;
+    }
+};
+
+// The rows of section [name] of tests/data/file: reference values kept as data, one case
+// a line; lines starting with # and blank lines are left out.
+inline std::vector<Row> datarows(const std::string& file, const std::string& section) {
+    std::istringstream in(readfile(std::string(ZELK_SOURCE_DIR) + "/tests/data/" + file));
+    std::vector<Row> rows;
+    bool inside = false, found = false;
+    for (std::string line; std::getline(in, line);) {
+        std::istringstream words(line);
+        Row r;
+        for (std::string f; words >> std::quoted(f, '"', '\0');) {
+            for (size_t at; (at = f.find("\\n")) != std::string::npos;) f.replace(at, 2, "\n");
+            r.field.push_back(f);
+        }
+        if (r.field.empty() || r.text(0)[0] == '#') continue;
+        if (r.text(0)[0] == '[') {
+            inside = r.text(0) == "[" + section + "]";
+            found = found || inside;
+        } else if (inside) {
+            rows.push_back(r);
+        }
+    }
+    if (!found) throw std::runtime_error("no section [" + section + "] in tests/data/" + file);
+    return rows;
 }
 
 } // namespace zelk::test
