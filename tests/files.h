@@ -19,6 +19,11 @@ inline std::string readfile(const std::filesystem::path& p) {
     return s.str();
 }
 
+// A file of tests/data, read whole.
+inline std::string datafile(const std::string& name) {
+    return readfile(std::string(ZELK_SOURCE_DIR) + "/tests/data/" + name);
+}
+
 // The numbers of each line of a prototype table file of the source tree: order, ratio,
 // then g1, g2, ...
 inline std::vector<std::vector<double>> tablelines(const std::string& file) {
@@ -51,7 +56,7 @@ struct Row {
 // The rows of section [name] of tests/data/file: reference values kept as data, one case
 // a line; lines starting with # and blank lines are left out.
 inline std::vector<Row> datarows(const std::string& file, const std::string& section) {
-    std::istringstream in(readfile(std::string(ZELK_SOURCE_DIR) + "/tests/data/" + file));
+    std::istringstream in(datafile(file));
     std::vector<Row> rows;
     bool inside = false, found = false;
     for (std::string line; std::getline(in, line);) {
