@@ -53,8 +53,8 @@ struct Row {
     }
 };
 
-// The rows of section [name] of tests/data/file: reference values kept as data, one case
-// a line; lines starting with # and blank lines are left out.
+// The rows of section [name] (one word) of tests/data/file: reference values kept as data,
+// one case a line; lines starting with # and blank lines are left out.
 inline std::vector<Row> datarows(const std::string& file, const std::string& section) {
     std::istringstream in(datafile(file));
     std::vector<Row> rows;

@@ -59,23 +59,19 @@ TEST(CoupledResonator, ButterworthOrder3CouplingsAndBandEdges) {
 TEST(CoupledResonator, ChebyshevElementsAreTextbookValuesMovedToThreeDecibels) {
     test::Session s;
     store.curslot = 0;
-    struct Case {
-        int n;
-        std::vector<double> g; // 0.1 dB ripple, g[1..n+1]
-    };
-    const Case cases[] = {{3, {1.0316, 1.1474, 1.0316, 1}},
-                          {4, {1.1088, 1.3062, 1.7704, 0.8181, 1.3554}}};
-    for (const Case& c : cases) {
-        slot(0).order = c.n;
+    // The published 0.1 dB prototypes, the load g(n+1) included.
+    for (const test::Row& r : test::datarows("prototypes.txt", "chebyshev")) {
+        if (r.num(1) != 0.1) continue;
+        const int n = r.whole(0);
+        slot(0).order = n;
         slot(0).Apass = 0.1;
         chebyshevelements();
         const double eps = std::sqrt(std::pow(10, 0.01) - 1);
-        const double h = std::cosh(std::acosh(std::sqrt(std::pow(10, 0.3) - 1) / eps) / c.n);
-        for (int k = 1; k <= c.n; ++k)
-            EXPECT_NEAR(store.g[static_cast<size_t>(k)] / h, c.g[static_cast<size_t>(k - 1)], 6e-5)
-                << c.n << ' ' << k;
-        EXPECT_NEAR(store.g[static_cast<size_t>(c.n + 1)], c.g.back(), 6e-5) << "load not rescaled";
-        EXPECT_EQ(store.oddorder, c.n % 2 == 1);
+        const double h = std::cosh(std::acosh(std::sqrt(std::pow(10, 0.3) - 1) / eps) / n);
+        for (int k = 1; k <= n; ++k)
+            EXPECT_NEAR(store.g[static_cast<size_t>(k)] / h, r.num(static_cast<size_t>(k) + 1), 6e-5) << n << ' ' << k;
+        EXPECT_NEAR(store.g[static_cast<size_t>(n + 1)], r.num(static_cast<size_t>(n) + 2), 6e-5) << "load not rescaled";
+        EXPECT_EQ(store.oddorder, n % 2 == 1);
     }
 }
 
