@@ -3,7 +3,6 @@
 
 #include <filesystem>
 #include <fstream>
-#include <iomanip>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -39,7 +38,7 @@ inline std::vector<std::vector<double>> tablelines(const std::string& file) {
 }
 
 // One row of a data file: its fields, separated by blanks; a field with blanks is written
-// in double quotes, and \n in a field is a line break.
+// in double quotes, inside which \" is a quote, \n a line break and \\ a backslash.
 struct Row {
     std::vector<std::string> field;
     const std::string& text(size_t i) const { return field.at(i); }
@@ -53,6 +52,29 @@ struct Row {
     }
 };
 
+// The fields of one line of a data file.
+inline Row fields(const std::string& line) {
+    Row r;
+    for (size_t i = 0; i < line.size(); ++i) {
+        if (line[i] == ' ' || line[i] == '\t') continue;
+        std::string f;
+        if (line[i] != '"') {
+            for (; i < line.size() && line[i] != ' ' && line[i] != '\t'; ++i) f += line[i];
+        } else {
+            for (++i; i < line.size() && line[i] != '"'; ++i) {
+                if (line[i] == '\\' && i + 1 < line.size()) {
+                    ++i;
+                    f += line[i] == 'n' ? '\n' : line[i];
+                } else {
+                    f += line[i];
+                }
+            }
+        }
+        r.field.push_back(f);
+    }
+    return r;
+}
+
 // The rows of section [name] (one word) of tests/data/file: reference values kept as data,
 // one case a line; lines starting with # and blank lines are left out.
 inline std::vector<Row> datarows(const std::string& file, const std::string& section) {
@@ -60,12 +82,7 @@ inline std::vector<Row> datarows(const std::string& file, const std::string& sec
     std::vector<Row> rows;
     bool inside = false, found = false;
     for (std::string line; std::getline(in, line);) {
-        std::istringstream words(line);
-        Row r;
-        for (std::string f; words >> std::quoted(f, '"', '\0');) {
-            for (size_t at; (at = f.find("\\n")) != std::string::npos;) f.replace(at, 2, "\n");
-            r.field.push_back(f);
-        }
+        const Row r = fields(line);
         if (r.field.empty() || r.text(0)[0] == '#') continue;
         if (r.text(0)[0] == '[') {
             inside = r.text(0) == "[" + section + "]";

@@ -58,24 +58,10 @@ TEST(ExportVerbs, PicturesOfSchematicAndPlotCarryTheirFormat) {
 
 TEST(ExportVerbs, RefusalsSayWhy) {
     test::Session s;
-    struct Case {
-        std::string line, message;
-    };
-    const Case before[] = {
-        {"export touchstone x.s2p", "no design is open"},
-        {"export csv plotPEG x.csv", "has not been drawn"},
-        {"export svg plotPEG x.svg", "is not open"},
-        {"export png nowindow x.png", "unknown window"},
-        {"export pdf plotPEG", "export pdf WINDOW FILE"},
-        {"export touchstone", "export needs"},
-        {"export csv plotPEG", "export csv PLOT FILE"},
-        {"export csv nosuchplot x.csv", "no plot nosuchplot"},
-        {"export tiff plotPEG x.tif", "unknown export"},
-    };
-    for (const Case& c : before) {
+    for (const test::Row& r : test::datarows("batch.txt", "exports")) {
         s.err.str("");
-        EXPECT_EQ(s.run(c.line + "\n"), 1) << c.line;
-        EXPECT_NE(s.err.str().find(c.message), std::string::npos) << c.line << ": " << s.err.str();
+        EXPECT_EQ(s.run(r.text(0) + "\n"), 1) << r.text(0);
+        EXPECT_NE(s.err.str().find(r.text(1)), std::string::npos) << r.text(0) << ": " << s.err.str();
     }
 }
 

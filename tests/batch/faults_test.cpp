@@ -35,52 +35,20 @@ fs::path scratch(const std::string& name) {
     return dir;
 }
 
-struct Refused {
-    const char* name;
-    std::string script;
-    std::string message; // the diagnostic, with the line it names
-};
-
-class ScriptRefused : public ::testing::TestWithParam<Refused> {};
-
 } // namespace
 
-// Lines whose numbers or indices do not fit, or are no numbers: exit status 1 and a
-// message naming the line, never an exception out of the runner.
-TEST_P(ScriptRefused, ExitsOneNamingTheLine) {
-    const Refused& c = GetParam();
-    test::Session s;
-    EXPECT_EQ(s.run(c.script), 1);
-    EXPECT_NE(s.err.str().find(c.message), std::string::npos) << s.err.str();
-    EXPECT_TRUE(allslotsfinite());
+// Lines whose numbers or indices do not fit, or are no numbers (rows of [unfitting]):
+// exit status 1 and a message naming the line, never an exception out of the runner.
+TEST(Faults, UnfittingNumbersExitOneNamingTheLine) {
+    for (const test::Row& r : test::datarows("batch.txt", "unfitting")) {
+        SCOPED_TRACE(r.text(1));
+        test::Session s;
+        const std::string before = r.text(0) == "plotted" ? design + "> Getdata: 1M 100M -80 10\nPIG\n" : "";
+        EXPECT_EQ(s.run(before + r.text(1)), 1);
+        EXPECT_NE(s.err.str().find(r.text(2)), std::string::npos) << s.err.str();
+        EXPECT_TRUE(allslotsfinite());
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Faults, ScriptRefused,
-    ::testing::Values(
-        Refused{"SlotBeyondAnyInteger", "dump slot 99999999999999999999\n",
-                "line 1: no slot 99999999999999999999"},
-        Refused{"SlotEight", "\ndump slot 8\n", "line 2: no slot 8"},
-        Refused{"IndexBeyondAnyInteger", "> selfunction: selection(99999999999) \"Accept design\"\nbutterworth\n",
-                "line 2: window selfunction has no control selection(99999999999) (answer on line 1)"},
-        Refused{"IndexOnlyASign", "> selfunction: selection(-) \"Accept design\"\nbutterworth\n",
-                "line 2: window selfunction has no control selection(-) (answer on line 1)"},
-        Refused{"IndexNegative", "> selfunction: selection(-1) \"Accept design\"\nbutterworth\n",
-                "has no control selection(-1)"},
-        Refused{"MouseXNotANumber", design + "> Getdata: 1M 100M -80 10\nPIG\nevent plotPIG frame mousedown 1 nan 10\n",
-                "line 8: mousedown needs BUTTON X Y (numbers)"},
-        Refused{"MouseYBeyondDouble", design + "> Getdata: 1M 100M -80 10\nPIG\nevent plotPIG frame mousemove 0 10 1e999\n",
-                "line 8: mousemove needs BUTTON X Y (numbers)"},
-        Refused{"MouseButtonBeyondAnyInteger",
-                design + "> Getdata: 1M 100M -80 10\nPIG\nevent plotPIG frame mouseup 99999999999 10 10\n",
-                "line 8: mouseup needs BUTTON X Y (numbers)"},
-        Refused{"SeedNegative", "option seed -1\n", "line 1: option seed needs a whole number"},
-        Refused{"SeedNotANumber", "option seed x\n", "line 1: option seed needs a whole number"},
-        Refused{"PassesZero", "option passes 0\n", "line 1: option passes needs 1 or more"},
-        Refused{"PassesFraction", "option passes 1.5\n", "line 1: option passes needs a whole number"},
-        Refused{"PassesMissing", "option passes\n", "line 1: option NAME on|off"},
-        Refused{"BandOfNoPlot", "dump band plotNONE\n", "line 1: cannot dump band with these arguments"}),
-    [](const auto& info) { return std::string(info.param.name); });
 
 TEST(Faults, EmptyFileNameIsACancel) {
     test::Session s;

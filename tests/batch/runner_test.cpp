@@ -4,6 +4,7 @@
 #include "core/commands.h"
 #include "core/designstore.h"
 #include "entry/panel.h"
+#include "files.h"
 #include "testsupport.h"
 
 using namespace zelk;
@@ -52,25 +53,12 @@ TEST(Batch, Tokenizer) {
 }
 
 TEST(Batch, ExitStatuses) {
-    // Script, exit status, and a piece of the error text ("" not checked).
-    const struct {
-        const char *script;
-        int status;
-        const char* error;
-    } cases[] = {
-        {"# a comment\n\nnosuchcommand\n", 1, "unknown command nosuchcommand"},
-        {"> nosuchwindow: x\n", 1, ""},
-        {"> Getdata: accept\n", 2, "Getdata"}, // an answer nobody asks for
-        {"testaskpanel\n", 2, "window Getdata opened and the queue is empty"},
-        {"> msgbox: Yes\n> Getdata: accept\ntestaskboth\n", 2, ""}, // the head is for another window
-        {"> Getdata: 5\n> msgbox: Retry\ntestaskboth\n", 2, ""},   // an answer that does not fit
-        {"dump slot 9\n", 1, ""},
-        {"dump nothing\n", 1, ""},
-    };
-    for (const auto& c : cases) {
+    for (const test::Row& r : test::datarows("batch.txt", "statuses")) {
         test::Session s;
-        EXPECT_EQ(s.run(c.script), c.status) << c.script;
-        EXPECT_NE(s.err.str().find(c.error), std::string::npos) << c.script;
+        EXPECT_EQ(s.run(r.text(0)), r.whole(1)) << r.text(0);
+        if (r.text(2) != "-") {
+            EXPECT_NE(s.err.str().find(r.text(2)), std::string::npos) << r.text(0);
+        }
     }
 }
 
