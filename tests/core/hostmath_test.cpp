@@ -3,6 +3,7 @@
 #include <limits>
 
 #include "core/hostmath.h"
+#include "files.h"
 
 using namespace zelk;
 
@@ -17,34 +18,12 @@ TEST(HostMath, IntFixSgn) {
     EXPECT_EQ(Sgn(5), 1);
 }
 
-TEST(HostMath, ValReadsTheNumberAtTheHead) {
-    for (auto [text, want] : std::initializer_list<std::pair<const char*, double>>{
-             {"  12.5abc", 12.5}, {"1 2 3", 123}, {"-4.5e2x", -450}, {"1e", 1}, {"1e-", 1}, {"1E+3", 1000},
-             {"See Notes", 0}, {"", 0}, {".5", 0.5}, {"1.2.3", 1.2}})
-        EXPECT_EQ(Val(text), want) << text;
-}
-
-TEST(HostMath, FormatMasks) {
-    // Half away from zero at the mask's last digit, after 15 significant digits; integer
-    // digits beyond the mask stay. 1.005 is 1.00499999999999989... in binary, but
-    // 1.00500000000000 at 15 digits.
-    const struct {
-        double v;
-        const char *mask, *want;
-    } cases[] = {{2.0005, "###.###", "2.001"}, {-2.0005, "###.###", "-2.001"}, {2, "###.###", "2."},
-                 {0.5, "###.###", ".5"},       {470, "###.###", "470."},      {123456.7, "###.#", "123456.7"},
-                 {0.1, "#.#00", ".100"},       {0.125, "#.#00", ".125"},      {5.723998, "##.000", "5.724"},
-                 {5, "##.#", "5."},            {12.345, "**.00", "12.35"},  {0.0047, "#.######", ".0047"},
-                 {999.9995, "###.###", "1000."}, {0.00004, "###.###", "."},   {1.005, "#.##", "1.01"},     {0.5, "**.00", ".50"}};
-    for (const auto& c : cases) EXPECT_EQ(Format(c.v, c.mask), c.want) << c.v << " " << c.mask;
-}
-
-TEST(HostMath, StrIsTheUnmaskedForm) {
-    for (auto [v, want] : std::initializer_list<std::pair<double, const char*>>{
-         {0, "0"}, {5, "5"}, {-3, "-3"}, {0.25, "0.25"},
-         {100000, "100000"}, {62831853.08, "62831853.08"}, {1.0 / 3, "0.333333333333333"}, {1.5e-5, "1.5E-05"},
-         {1e-4, "0.0001"}, {2e15, "2E+15"}, {999999999999999.0, "999999999999999"}, {4.5e-12, "4.5E-12"},
-         {-1.9e-14, "-1.9E-14"}}) EXPECT_EQ(Str(v), want) << v;
+// Val, Format and Str against the texts of tests/data/notation.txt.
+TEST(HostMath, ValFormatAndStrGiveTheHostsTexts) {
+    for (const test::Row& r : test::datarows("notation.txt", "val")) EXPECT_EQ(Val(r.text(0)), r.num(1)) << r.text(0);
+    for (const test::Row& r : test::datarows("notation.txt", "format"))
+        EXPECT_EQ(Format(r.num(0), r.text(1)), r.text(2)) << r.text(0) << " " << r.text(1);
+    for (const test::Row& r : test::datarows("notation.txt", "str")) EXPECT_EQ(Str(r.num(0)), r.text(1)) << r.text(0);
 }
 
 TEST(HostMath, FaultsCarryTheHostText) {

@@ -2,6 +2,7 @@
 
 #include "core/commands.h"
 #include "core/notation.h"
+#include "files.h"
 #include "testsupport.h"
 
 using namespace zelk;
@@ -15,15 +16,10 @@ void setnano(bool on) {
 
 TEST(Notation, EngformatEveryRow) {
     test::Session s;
-    setnano(false);
-    for (auto [v, want] : std::initializer_list<std::pair<double, const char*>>{
-         {0, "0"}, {1000, "1.K"}, {1500000, "1.5M"}, {62831853.08, "62.831853M"},
-         {4700, "4.7K"}, {2, "2."}, {470, "470."}, {50, "50."},
-         {0.5, "500.m"}, {0.001, "1.m"}, {2.2e-6, "2.2u"}, {1e-6, "1.u"},
-         {4.7e-9, ".0047u"}, {1e-9, ".001u"}, {47e-12, "47.p"}, {1.5e-13, ".15p"}}) EXPECT_EQ(engformatvalue(v), want) << v;
-    setnano(true);
-    for (auto [v, want] : std::initializer_list<std::pair<double, const char*>>{
-         {4.7e-9, "4.7n"}, {1e-9, "1.n"}, {47e-12, "47.p"}, {2.2e-6, "2.2u"}}) EXPECT_EQ(engformatvalue(v), want) << v;
+    for (const test::Row& r : test::datarows("notation.txt", "engformat")) {
+        setnano(r.text(0) == "on");
+        EXPECT_EQ(engformatvalue(r.num(1)), r.text(2)) << r.text(1) << " nano " << r.text(0);
+    }
 }
 
 TEST(Notation, EngformatOfANegativeValueLeavesItPositive) {
@@ -39,14 +35,8 @@ TEST(Notation, EngformatOfANegativeValueLeavesItPositive) {
 }
 
 TEST(Notation, ParsevalueSuffixesAndCase) {
-    // Suffixes are case-sensitive ("k" and "U" are none), blanks anywhere are ignored, and
-    // a text written by engformat reads back to its value.
-    for (auto [text, want] : std::initializer_list<std::pair<const char*, double>>{
-             {"10K", 10000}, {"10k", 10}, {"4.7u", 4.7e-6}, {"4.7U", 4.7}, {"10M", 10000000}, {"3m", 0.003},
-             {"22n", 22e-9}, {"100p", 100e-12}, {"1e3", 1000}, {"12%", 12}, {"", 0}, {"See Notes", 0},
-             {"Lossless", 0}, {"1 0 K", 10000}, {"2.2 n", 2.2e-9}, {"1e", 1}, {"-5", -5}, {"K", 0},
-             {".0047u", 4.7e-9}, {"62.831853M", 62831853}})
-        EXPECT_DOUBLE_EQ(parsevalue(text), want) << text;
+    for (const test::Row& r : test::datarows("notation.txt", "parse"))
+        EXPECT_DOUBLE_EQ(parsevalue(r.text(0)), r.num(1)) << r.text(0);
 }
 
 TEST(Notation, NumtextPlainnumRoundvalue) {
