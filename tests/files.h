@@ -44,6 +44,13 @@ struct Row {
     const std::string& text(size_t i) const { return field.at(i); }
     double num(size_t i) const { return std::stod(field.at(i)); }
     int whole(size_t i) const { return std::stoi(field.at(i)); }
+    // Field i as a list of whole numbers written 1,33,2.
+    std::vector<int> list(size_t i) const {
+        std::vector<int> v;
+        std::istringstream in(field.at(i));
+        for (std::string n; std::getline(in, n, ',');) v.push_back(std::stoi(n));
+        return v;
+    }
     // The numbers from field i to the end.
     std::vector<double> nums(size_t i) const {
         std::vector<double> v;

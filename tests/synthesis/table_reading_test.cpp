@@ -9,6 +9,7 @@
 #include "core/designflow.h"
 #include "core/designstore.h"
 #include "synthesis/tables.h"
+#include "files.h"
 #include "reference.h"
 #include "testsupport.h"
 
@@ -101,52 +102,27 @@ TEST(TableReading, OrderLimitOfTheCommands) {
     EXPECT_EQ(store.lastslot, -1);
 }
 
-struct LayoutCase {
-    const char* configuration;
-    int n;
-    double zin, zout;
-    const char* termchoice;
-    double wantzin, wantzout, wantr0;
-    std::vector<int> types;
-    double firstpart; // value at the first ladder element (g read forwards or backwards)
-};
-
-// g[k] = k + 0.5 so that the reading direction shows; ratio 2 for even, 0.5 for odd.
+// The termination table of tablerealize, row by row (tests/data/layouts.txt).
 TEST(TableReading, RealizeEveryRowOfTheTerminationTable) {
     test::Session session;
-    const std::vector<LayoutCase> cases = {
-        {"Pi", 3, 50, 100, "Zin", 50, 100, 100, {1, 33, 2, 33, 6, 31}, 1.5},
-        {"Pi", 3, 100, 50, "Zin", 100, 50, 100, {1, 33, 2, 33, 6, 31}, 3.5},
-        {"Pi", 2, 50, 60, "Zin", 50, 100, 100, {1, 33, 2, 31}, 1.5},
-        {"Pi", 2, 60, 50, "Zin", 60, 30, 60, {1, 38, 2, 33, 6, 31}, 2.5},
-        {"T", 3, 100, 50, "Zin", 100, 50, 100, {1, 38, 2, 33, 2, 31}, 1.5},
-        {"T", 3, 50, 100, "Zin", 50, 100, 100, {1, 38, 2, 33, 2, 31}, 3.5},
-        {"T", 2, 50, 60, "Zin", 50, 100, 50, {1, 38, 2, 33, 6, 31}, 1.5},
-        {"T", 2, 60, 50, "Zin", 60, 120, 120, {1, 33, 2, 31}, 2.5},
-        // "Zout" keeps Zout and moves Zin.
-        {"Pi", 3, 50, 100, "Zout", 50, 100, 100, {1, 33, 2, 33, 6, 31}, 1.5},
-        {"T", 2, 50, 60, "Zout", 30, 60, 30, {1, 38, 2, 33, 6, 31}, 1.5},
-        // Any other choice moves nothing.
-        {"Pi", 3, 50, 60, "BOTH", 50, 60, 60, {1, 33, 2, 33, 6, 31}, 1.5},
-    };
-    for (const LayoutCase& c : cases) {
-        SCOPED_TRACE(std::string(c.configuration) + " n=" + std::to_string(c.n) + " " + std::to_string(c.zin) +
-                     "/" + std::to_string(c.zout) + " " + c.termchoice);
-        terms(c.n, c.zin, c.zout);
-        flow.configuration = c.configuration;
-        flow.termchoice = c.termchoice;
-        tables.tabratio = c.n % 2 ? 0.5 : 2;
+    for (const test::Row& r : test::datarows("layouts.txt", "tablerealize")) {
+        SCOPED_TRACE(r.text(1) + " n=" + r.text(0) + " " + r.text(2) + "/" + r.text(3) + " " + r.text(4));
+        const int n = r.whole(0);
+        terms(n, r.num(2), r.num(3));
+        flow.configuration = r.text(1);
+        flow.termchoice = r.text(4);
+        tables.tabratio = n % 2 ? 0.5 : 2;
         for (int k = 1; k <= 16; ++k) store.g[k] = k + 0.5;
         tablerealize();
         const DesignSlot& s = slot(0);
-        EXPECT_DOUBLE_EQ(s.Zin, c.wantzin);
-        EXPECT_DOUBLE_EQ(s.Zout, c.wantzout);
-        EXPECT_DOUBLE_EQ(s.r0, c.wantr0);
-        EXPECT_EQ(test::types(), c.types);
-        EXPECT_DOUBLE_EQ(s.dip(1).R, c.wantzin);
-        EXPECT_DOUBLE_EQ(s.dip(s.count()).R, c.wantzout);
+        EXPECT_DOUBLE_EQ(s.Zin, r.num(5));
+        EXPECT_DOUBLE_EQ(s.Zout, r.num(6));
+        EXPECT_DOUBLE_EQ(s.r0, r.num(7));
+        EXPECT_EQ(test::types(), r.list(8));
+        EXPECT_DOUBLE_EQ(s.dip(1).R, r.num(5));
+        EXPECT_DOUBLE_EQ(s.dip(s.count()).R, r.num(6));
         const Dipole& first = s.dip(s.dip(2).type == 38 ? 3 : 2);
-        EXPECT_DOUBLE_EQ(first.C + first.L, c.firstpart);
+        EXPECT_DOUBLE_EQ(first.C + first.L, r.num(9));
     }
 }
 

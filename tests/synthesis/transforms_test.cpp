@@ -8,6 +8,7 @@
 #include "core/designflow.h"
 #include "core/designstore.h"
 #include "synthesis/transforms.h"
+#include "files.h"
 #include "reference.h"
 #include "testsupport.h"
 
@@ -31,38 +32,19 @@ double part(int d) { return slot(0).dip(d).C + slot(0).dip(d).L; }
 
 TEST(SchematicRealize, EveryRowOfTheLayoutTable) {
     test::Session session;
-    using V = std::vector<int>;
-    // Order, terminations, configuration; the types laid out (empty: not checked), the
-    // element values of some dipoles (g = k + 0.5 shows the reading direction), r0.
-    const struct {
-        int n;
-        double zin, zout;
-        const char* cf;
-        V types;
-        std::vector<std::pair<int, double>> parts;
-        double r0;
-    } rows[] = {
-        {3, 50, 50, "Pi", {1, 33, 2, 33, 6, 31}, {{2, 1.5}, {4, 3.5}}, 50},     // odd, Zin <= Zout: forwards
-        {3, 100, 50, "Pi", {1, 33, 2, 33, 6, 31}, {{2, 3.5}}, 50},              // else backwards, r0 = Zout
-        {4, 50, 50, "Pi", {1, 33, 2, 33, 2, 31}, {{2, 1.5}}, 50},               // even, Zin >= Zout: forwards
-        {4, 50, 100, "Pi", {1, 38, 2, 33, 2, 33, 6, 31}, {{3, 4.5}, {6, 1.5}}, 100}, // else L first backwards
-        {3, 50, 50, "T", {1, 38, 2, 33, 2, 31}, {{3, 1.5}, {5, 3.5}}, 50},      // odd, Zin >= Zout: L first
-        {3, 50, 75, "T", {}, {{3, 3.5}}, 75},                                   // else backwards
-        {2, 50, 50, "T", {1, 38, 2, 33, 6, 31}, {{3, 1.5}}, 50},                // even, Zin <= Zout
-        {2, 75, 50, "T", {1, 33, 2, 31}, {{2, 2.5}}, 50},                       // else C first backwards
-        {1, 50, 50, "SPT", {1, 38, 2, 31}, {}, 50},                             // anything but "Pi" is T
-        {1, 50, 50, "Pi", {1, 33, 6, 31}, {}, 50},
-    };
-    for (const auto& r : rows) {
-        SCOPED_TRACE(std::to_string(r.n) + " " + r.cf + " " + std::to_string(r.zout / r.zin));
-        ladder(r.n, r.zin, r.zout, r.cf);
-        if (!r.types.empty()) {
-            EXPECT_EQ(test::types(), r.types);
+    for (const test::Row& r : test::datarows("layouts.txt", "schematicrealize")) {
+        SCOPED_TRACE(r.text(0) + " " + r.text(1) + " " + r.text(2) + " to " + r.text(3));
+        ladder(r.whole(0), r.num(2), r.num(3), r.text(1));
+        if (r.text(5) != "-") {
+            EXPECT_EQ(test::types(), r.list(5));
         }
-        for (auto [d, v] : r.parts) EXPECT_EQ(part(d), v) << d;
-        EXPECT_EQ(slot(0).r0.value(), r.r0);
-        EXPECT_EQ(slot(0).dip(1).R, r.zin);
-        EXPECT_EQ(slot(0).dip(slot(0).count()).R, r.zout);
+        for (size_t i = 6; i < r.field.size(); ++i) {
+            const std::string& at = r.text(i); // dipole:value
+            EXPECT_EQ(part(std::stoi(at)), std::stod(at.substr(at.find(':') + 1))) << at;
+        }
+        EXPECT_EQ(slot(0).r0.value(), r.num(4));
+        EXPECT_EQ(slot(0).dip(1).R, r.num(2));
+        EXPECT_EQ(slot(0).dip(slot(0).count()).R, r.num(3));
     }
     EXPECT_EQ(store.oddorder, true);
     // A 16th order fits the tables: 20 dipoles.
