@@ -4,6 +4,7 @@
 
 #include "core/designstore.h"
 #include "entry/panel.h"
+#include "files.h"
 #include "testsupport.h"
 
 using namespace zelk;
@@ -23,23 +24,15 @@ std::string note(const std::string& label, const std::string& code, int row = 0,
 std::string clicknote(const std::string& label, const std::string& code) { return note(label, code, 0, true); }
 } // namespace
 
-TEST(PanelHints, FocusNotesByCode) {
+TEST(PanelHints, FocusAndLabelClickNotesByCode) {
     test::Session s;
-    EXPECT_EQ(note("F1 =", "BLP"), "Enter the 3db cutoff frequency F1.");
-    EXPECT_EQ(note("F1 =", "TBP"), "Enter the lower 3db cutoff frequency F1.");
-    EXPECT_EQ(note("F1 =", "CLP"), "Enter the lower cutoff frequency F1 at the attenuation specified in A pass");
-    EXPECT_EQ(note("F1 =", "CHP"), "Enter the stopband frequency F1.");
-    EXPECT_EQ(note("F2 =", "CHP"), "Enter the cutoff frequency F2 at the attenuation specified in A pass.");
-    EXPECT_EQ(note("F2 =", "PAD"), "(none)"); // any other code: the note stays
-    EXPECT_EQ(note("F3 =", "EBP"), "Enter the upper cutoff frequency F3, at the attenuation specified in A pass.");
-    EXPECT_EQ(note("F4 =", "BBP"), "Enter the upper stopband frequency F4.");
-    EXPECT_EQ(note("Apass =", "CLP"), "Enter the allowable passband ripple in db.");
-    EXPECT_EQ(note("Order =", "BCL"), "Enter the order of the filter (=number of crystals).");
-    EXPECT_EQ(note("Zin =", "BLP", 2),
-              "Zin and or Zout can be specified different than the default values shown. If so, the C Match will be applied.");
-    EXPECT_EQ(note("Zin =", "BLP", 5), "Enter the input impedance in Ohms.");
-    EXPECT_EQ(note("Unknown", "BLP"), "(none)");
+    for (const test::Row& r : test::datarows("panel.txt", "focusnotes"))
+        EXPECT_EQ(note(r.text(0), r.text(1), r.whole(2)), r.text(3)) << r.text(0) << " " << r.text(1);
     EXPECT_EQ(getdata.currentrow, 0);
+    for (const test::Row& r : test::datarows("panel.txt", "clicknotes"))
+        EXPECT_EQ(clicknote(r.text(0), r.text(1)), r.text(2)) << r.text(0) << " " << r.text(1);
+    clicknote("L% =", "BLP");
+    EXPECT_EQ(getdata.picturekey, "dipole 2");
 }
 
 TEST(PanelHints, NotelockAndTheReturnLossFlag) {
@@ -59,18 +52,6 @@ TEST(PanelHints, NotelockAndTheReturnLossFlag) {
     getdata.focus("getvalue", 1);
     EXPECT_EQ(getdata.note(), "mine");
     EXPECT_EQ(getdata.currentrow, 0);
-}
-
-TEST(PanelHints, LabelClickNotes) {
-    test::Session s;
-    EXPECT_EQ(clicknote("F1 =", "CBR"), "The cutoff frequency, in Hertz, of low-pass or band reject filters.");
-    EXPECT_EQ(clicknote("F1 =", "BCR"), "The lower 3db cutoff frequency, in Hertz, of coupled resonator filters.");
-    EXPECT_EQ(clicknote("L% =", "BLP"),
-              "The value of all inductors in the filter is changed to within the specified % of their ideal value.");
-    EXPECT_EQ(getdata.picturekey, "dipole 2");
-    // The table's keys "db1", "Freq1" never match a two-character key.
-    EXPECT_EQ(clicknote("db1 =", "BLP"), "(none)");
-    EXPECT_EQ(clicknote("Freq 1 =", "BLP"), "(none)");
 }
 
 TEST(PanelHints, RestoreDefaultsByCode) {
@@ -101,16 +82,7 @@ TEST(PanelHints, RestoreDefaultsByCode) {
         d.code = code;
         return restore({"Freq 1 =", "Freq 2 =", "db1 =", "db2 ="});
     };
-    // LP/HP: w0/pi/20 and w2/pi*5 through roundvalue (1 MHz, 100 MHz).
-    EXPECT_EQ(gain("BLP"), "1M|100M|0|-80");
-    EXPECT_EQ(gain("CHP"), "1M|100M|0|-80");
-    // BP/BR: w2/pi/10 and w3/pi*2.5; the table codes use w1 and w2.
-    EXPECT_EQ(gain("CBP"), "2M|55M|0|-80");
-    EXPECT_EQ(gain("TBR"), "1M|50M|0|-80");
-    // CR and CL in engineering format, unrounded.
-    EXPECT_EQ(gain("BCR"), "5.M|20.M|0|-80");
-    EXPECT_EQ(gain("BCL"), "9.8M|10.2M|0|-80");
-    EXPECT_EQ(gain("ENT"), "2M|100M|0|-80");
+    for (const test::Row& r : test::datarows("panel.txt", "restoregain")) EXPECT_EQ(gain(r.text(0)), r.text(1));
     d.Astop = 0;
     EXPECT_EQ(gain("BLP"), "1M|100M|0|-60");
     store.help1 = "Return Loss";
