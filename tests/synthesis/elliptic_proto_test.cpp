@@ -1,10 +1,12 @@
 // The elliptic prototype and its ladder, checked against the textbook Cauer low-pass
 // computed independently (Jacobi functions by the AGM, a chain-matrix analysis of the
-// ladder), and the termination rules by hand calculation.
+// ladder), the termination rules by hand calculation, and the ladder layouts from either
+// end with Bartlett's bisection against ladders worked by hand.
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
+#include <sstream>
 #include <string>
 
 #include "core/designflow.h"
@@ -301,6 +303,43 @@ TEST(EllipticProto, FaultsInsteadOfUndefinedValues) {
     for (Request req : {Request{.wA = 0.8}, Request{.wA = 0}, Request{.Apass = 0}}) {
         test::Session s;
         EXPECT_THROW(design(s, req), RuntimeFault);
+    }
+}
+
+// The ladder layouts from either end and Bartlett's bisection, with marker element
+// values so that every placement is visible; the ladders worked by hand are the rows of
+// [layouts] in tests/data/elliptic.txt.
+TEST(EllipticRealize, LayoutsFromEitherEndAndBartlettsBisection) {
+    test::Session s;
+    for (const test::Row& r : test::datarows("elliptic.txt", "layouts")) {
+        const int n = r.whole(0);
+        SCOPED_TRACE(r.text(0) + " " + r.text(1) + " from the " + r.text(2) + ", " + r.text(3) + " to " + r.text(4));
+        store.lastslot = store.curslot = 0;
+        DesignSlot& d = slot(0);
+        d.order = n;
+        d.Zin = r.num(3);
+        d.Zout = r.num(4);
+        store.oddorder = n % 2 != 0;
+        elliptic.halforder = n / 2;
+        elliptic.fromoutput = r.text(2) == "load";
+        flow.configuration = r.text(1);
+        for (size_t k = 1; k <= 16; ++k) elliptic.elemA[k] = 10.0 + k, elliptic.elemB[k] = 100.0 + k;
+        d.dip(2) = Dipole{};
+        d.dip(2).type = 77, d.dip(2).C = 9;
+        ellipticrealize();
+        ASSERT_EQ(d.count(), static_cast<int>(r.field.size()) - 5);
+        for (int i = 1; i <= d.count(); ++i) {
+            std::string want = r.text(static_cast<size_t>(i) + 4);
+            std::replace(want.begin(), want.end(), ':', ' ');
+            std::istringstream in(want);
+            double type = 0, C = 0, L = 0, R = 0;
+            in >> type >> C >> L >> R;
+            const Dipole& p = d.dip(i);
+            EXPECT_EQ(p.type, type) << "dipole " << i;
+            EXPECT_DOUBLE_EQ(p.C, C) << "dipole " << i;
+            EXPECT_DOUBLE_EQ(p.L, L) << "dipole " << i;
+            EXPECT_DOUBLE_EQ(p.R, R) << "dipole " << i;
+        }
     }
 }
 
