@@ -1,6 +1,6 @@
 // Structural edits: grouping, ungrouping, splitting and inserting blanks keep the power
 // effective gain over 200 frequencies, except where a merge or a write order drops a value
-// on purpose; the equaliser adds exactly its section; a full ladder faults and comes back.
+// on purpose; Replace shows the palette of the arm.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "core/commands.h"
-#include "core/designflow.h"
 #include "files.h"
 #include "reference.h"
 #include "schematic/schematicview.h"
@@ -150,47 +149,10 @@ TEST(Insert, BlanksKeepTheGainOnShuntPlacesAndOverwriteASeriesDipole) {
     }
 }
 
-struct EqualiserCase {
-    int kind; // previouskind
-    int d;    // 7: the wire before the load; 8: the open of an insert at the load
-    int type;
-};
-
-class Equaliser : public ::testing::TestWithParam<EqualiserCase> {};
-
-TEST_P(Equaliser, TakesTheTypeOfTheFilterKindAndThePanelValues) {
-    const EqualiserCase& c = GetParam();
-    test::Session session;
-    lowpass();
-    if (c.d == 8) {
-        ASSERT_TRUE(run("insertdipoles", 8)); // R 33 2 33 2 33 6 38 6 R
-        ASSERT_EQ(dipole(0, 8).type, 38);
-    }
-    flow.previouskind = static_cast<short>(c.kind);
-    const int depth = undostate.undodepth;
-    const std::string click = "event schematic symbol(" + std::to_string(c.d) + ") click\n";
-    ASSERT_EQ(session.run(click), 0) << session.err.str();
-    EXPECT_TRUE(menuenabled("equamp"));
-    const bool seven = c.type == 29 || c.type == 68;
-    ASSERT_EQ(session.run(seven ? "> Getdata: 2u Lossless 1n 3u Lossless 2n 400\nequamp\n"
-                                : "> Getdata: 2u Lossless 1n 400\nequamp\n"),
-              0)
-        << session.err.str();
-    const Dipole& e = dipole(0, c.d);
-    EXPECT_EQ(e.type, c.type);
-    EXPECT_DOUBLE_EQ(e.L, 2e-6);
-    EXPECT_DOUBLE_EQ(e.C, 1e-9);
-    EXPECT_EQ(e.R, 400);
-    EXPECT_EQ(undostate.undodepth, depth) << "the equaliser takes no snapshot";
-}
-
-INSTANTIATE_TEST_SUITE_P(Kinds, Equaliser,
-                         ::testing::Values(EqualiserCase{0, 7, 29}, EqualiserCase{2, 7, 28},
-                                           EqualiserCase{1, 8, 68}, EqualiserCase{3, 8, 67}));
-
 // A pair without a merged form, Split C with its refusal and its values by hand, Swap
 // across an open, and every edit that would grow a full ladder are the golden scripts
-// structural_nogroup, structural_splitc, structural_swap and structural_full.
+// structural_nogroup, structural_splitc, structural_swap and structural_full; the
+// amplitude equaliser of each kind of filter is structural_equaliser.
 
 // Replace shows the palette of the dipole's arm (once the palettes exist); the palette click writes the new type
 // before the panel, so a closed panel leaves the new type with the old values. A type of
