@@ -35,6 +35,13 @@ struct Session {
     }
     // Runs script text; returns the exit status.
     int run(const std::string& script) { return runner.runtext(script); }
+    // Runs script text: success when it ends with status 0, else the status and the
+    // runner's diagnostics.
+    ::testing::AssertionResult ok(const std::string& script) {
+        const int status = run(script);
+        if (status == 0) return ::testing::AssertionSuccess();
+        return ::testing::AssertionFailure() << "exit status " << status << ": " << err.str();
+    }
     // Output so far, and cleared.
     std::string take() {
         std::string s = out.str();

@@ -89,7 +89,7 @@ TEST(SpiceExport, TheDeckRunsAloneAndOddTypesAreRefused) {
     store.lastslot = 0, store.curslot = 0;
     fs::path file = test::spiceworkdir() / "export-verb.cir";
     std::string path = file.generic_string();
-    EXPECT_EQ(s.run("export spice \"" + path + "\"\n"), 0);
+    EXPECT_TRUE(s.ok("export spice \"" + path + "\"\n"));
     std::ifstream in(file);
     std::stringstream text;
     text << in.rdbuf();
@@ -166,7 +166,7 @@ template <size_t N> void comparewithngspice(const CrystalCase (&cases)[N], bool 
     if (!test::havengspice()) GTEST_SKIP() << "ngspice is not installed";
     for (const CrystalCase& c : cases) {
         test::Session s;
-        ASSERT_EQ(s.run(c.script), 0) << c.name << s.err.str();
+        ASSERT_TRUE(s.ok(c.script)) << c.name << s.err.str();
         const double fs0 = slot(0).w0 / TWOPI, bw = slot(0).bw / TWOPI;
         double best = -300;
         for (int i = 0; i <= 400; ++i) {

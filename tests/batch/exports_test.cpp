@@ -31,7 +31,7 @@ fs::path workdir() {
 
 TEST(ExportVerbs, PicturesOfSchematicAndPlotCarryTheirFormat) {
     test::Session s;
-    ASSERT_EQ(s.run(design), 0) << s.err.str();
+    ASSERT_TRUE(s.ok(design));
     struct Case {
         const char* format;
         std::string magic;
@@ -67,7 +67,7 @@ TEST(ExportVerbs, RefusalsSayWhy) {
 
 TEST(ExportVerbs, FailedWriteLeavesTheOlderFile) {
     test::Session s;
-    ASSERT_EQ(s.run(design), 0) << s.err.str();
+    ASSERT_TRUE(s.ok(design));
     const fs::path dir = workdir() / "failing";
     fs::remove_all(dir);
     fs::create_directories(dir);
@@ -84,7 +84,7 @@ TEST(ExportVerbs, FailedWriteLeavesTheOlderFile) {
         EXPECT_EQ(test::readfile(target), "older file\n") << verb;
         fs::remove_all(dir / ("." + std::string(name) + ".writing"));
         // And with the way clear the same verb replaces it.
-        EXPECT_EQ(s.run(std::string("export ") + verb + " \"" + target.string() + "\"\n"), 0) << s.err.str();
+        EXPECT_TRUE(s.ok(std::string("export ") + verb + " \"" + target.string() + "\"\n"));
         EXPECT_NE(test::readfile(target), "older file\n") << verb;
         EXPECT_FALSE(fs::exists(dir / ("." + std::string(name) + ".writing"))) << verb;
     }
@@ -97,9 +97,9 @@ TEST(ExportVerbs, FailedWriteLeavesTheOlderFile) {
 // The export leaves the analysis values of the store as it found them.
 TEST(ExportVerbs, TouchstoneLeavesTheStoreAlone) {
     test::Session s;
-    ASSERT_EQ(s.run(design + std::string("dump slot 0\n")), 0) << s.err.str();
+    ASSERT_TRUE(s.ok(design + std::string("dump slot 0\n")));
     std::string before = s.take();
-    ASSERT_EQ(s.run("export touchstone \"" + (workdir() / "alone.s2p").string() + "\"\ndump slot 0\n"), 0);
+    ASSERT_TRUE(s.ok("export touchstone \"" + (workdir() / "alone.s2p").string() + "\"\ndump slot 0\n"));
     EXPECT_EQ(s.take(), before);
 }
 

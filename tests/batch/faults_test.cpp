@@ -52,7 +52,7 @@ TEST(Faults, UnfittingNumbersExitOneNamingTheLine) {
 
 TEST(Faults, EmptyFileNameIsACancel) {
     test::Session s;
-    ASSERT_EQ(s.run("> filedialog: \"\"\nopenfilter\n> filedialog: \"\"\ndelete\n"), 0) << s.err.str();
+    ASSERT_TRUE(s.ok("> filedialog: \"\"\nopenfilter\n> filedialog: \"\"\ndelete\n"));
     EXPECT_EQ(store.lastslot, -1); // no slot taken
     EXPECT_TRUE(s.runner.desk.unread.empty());
 }
@@ -64,10 +64,9 @@ TEST(Faults, FolderChosenAsDesignFile) {
     for (const char* command : {"openfilter", "append", "insert"}) {
         SCOPED_TRACE(command);
         test::Session s;
-        ASSERT_EQ(s.run(design), 0) << s.err.str();
+        ASSERT_TRUE(s.ok(design));
         const std::string title = slot(0).title;
-        ASSERT_EQ(s.run("> filedialog: \"" + dir.string() + "\"\n>? designtitle: Command1\n" + command + "\n"), 0)
-            << s.err.str();
+        ASSERT_TRUE(s.ok("> filedialog: \"" + dir.string() + "\"\n>? designtitle: Command1\n" + command + "\n"));
         ASSERT_EQ(s.runner.desk.unread.size(), 1u);
         EXPECT_EQ(s.runner.desk.unread[0].first, dir.string());
         EXPECT_EQ(s.runner.desk.unread[0].second, std::make_error_code(std::errc::is_a_directory).message());
@@ -83,14 +82,15 @@ TEST(Faults, TypedOverflowLeavesNoInfiniteValue) {
     for (const std::string& zout : {std::string("1e308M"), std::string("1e309"), std::string("-1e309"), std::string(400, '9')}) {
         SCOPED_TRACE(zout.substr(0, 10));
         test::Session s;
-        ASSERT_EQ(s.run(design), 0) << s.err.str();
-        ASSERT_EQ(s.run("newfilter\n> selfunction: selection(0) \"Accept design\"\n"
-                        "> Getdata: 10M 15M 3 \"\" 5 50 " + zout + "\nbutterworth\n"), 0) << s.err.str();
+        ASSERT_TRUE(s.ok(design));
+        ASSERT_TRUE(s.ok("newfilter\n> selfunction: selection(0) \"Accept design\"\n"
+                         "> Getdata: 10M 15M 3 \"\" 5 50 " +
+                         zout + "\nbutterworth\n"));
         ASSERT_FALSE(s.runner.desk.messages.empty());
         EXPECT_EQ(s.runner.desk.messages.back().text, "Run-time error '6':\n\nOverflow");
         EXPECT_EQ(slot(0).Zout.value(), 50);
         EXPECT_TRUE(allslotsfinite());
-        ASSERT_EQ(s.run("> selfunction: selection(0) \"Accept design\"\n> Getdata: close\nbutterworth\ndump panel\n"), 0);
+        ASSERT_TRUE(s.ok("> selfunction: selection(0) \"Accept design\"\n> Getdata: close\nbutterworth\ndump panel\n"));
         EXPECT_NE(s.take().find("row 6 label=\"Zout =\" text=\"50.\""), std::string::npos);
     }
 }
@@ -99,10 +99,9 @@ TEST(Faults, TypedOverflowLeavesNoInfiniteValue) {
 // design and is put back as well.
 TEST(Faults, ComputedOverflowIsPutBack) {
     test::Session s;
-    ASSERT_EQ(s.run(design), 0) << s.err.str();
-    ASSERT_EQ(s.run("newfilter\n> selfunction: selection(0) \"Accept design\"\n"
-                    "> Getdata: 1.7e308 1.75e308 3 \"\" 5 50 50\n>? Getdata: Lossless\nbutterworth\n"), 0)
-        << s.err.str();
+    ASSERT_TRUE(s.ok(design));
+    ASSERT_TRUE(s.ok("newfilter\n> selfunction: selection(0) \"Accept design\"\n"
+                     "> Getdata: 1.7e308 1.75e308 3 \"\" 5 50 50\n>? Getdata: Lossless\nbutterworth\n"));
     EXPECT_TRUE(allslotsfinite());
     EXPECT_EQ(slot(0).dipolecount.value(), 0);
 }
@@ -111,22 +110,22 @@ TEST(Faults, ComputedOverflowIsPutBack) {
 // pointer stays finite.
 TEST(Faults, PointerFarOffThePlot) {
     test::Session s;
-    ASSERT_EQ(s.run(design + "> Getdata: 1M 100M -80 10\nPIG\n"), 0) << s.err.str();
+    ASSERT_TRUE(s.ok(design + "> Getdata: 1M 100M -80 10\nPIG\n"));
     for (const char* xy : {"1e300 10", "-1e300 10", "10 1e300", "1e300 -1e300"}) {
         SCOPED_TRACE(xy);
-        ASSERT_EQ(s.run(std::string("event plotPIG frame mousedown 1 ") + xy + "\n"), 0) << s.err.str();
-        ASSERT_EQ(s.run(std::string("event plotPIG frame mousemove 0 ") + xy + "\n"), 0) << s.err.str();
-        EXPECT_EQ(s.run(std::string("event plotPIG frame mousedown 2 ") + xy + "\n"), 0) << s.err.str();
+        ASSERT_TRUE(s.ok(std::string("event plotPIG frame mousedown 1 ") + xy + "\n"));
+        ASSERT_TRUE(s.ok(std::string("event plotPIG frame mousemove 0 ") + xy + "\n"));
+        EXPECT_TRUE(s.ok(std::string("event plotPIG frame mousedown 2 ") + xy + "\n"));
     }
     test::Session t;
-    EXPECT_EQ(t.run(design + "> Getdata: 1M 4u 2 -2\nIR\nevent PLOTIR frame mousedown 1 1e300 10\n"
-                             "event PLOTIR frame mousedown 1 -1e300 10\n"), 0) << t.err.str();
+    EXPECT_TRUE(t.ok(design + "> Getdata: 1M 4u 2 -2\nIR\nevent PLOTIR frame mousedown 1 1e300 10\n"
+                              "event PLOTIR frame mousedown 1 -1e300 10\n"));
 }
 
 // A linear axis of more divisions than any integer: drawn with its first 400.
 TEST(Faults, LinearAxisOfHugeRange) {
     test::Session s;
-    ASSERT_EQ(s.run(design + "> Getdata: 1M 100M -80 1e24\nPIG\ndump curve plotPIG\n"), 0) << s.err.str();
+    ASSERT_TRUE(s.ok(design + "> Getdata: 1M 100M -80 1e24\nPIG\ndump curve plotPIG\n"));
     EXPECT_TRUE(allslotsfinite());
 }
 
@@ -149,9 +148,9 @@ TEST(Faults, FailedSaveSaysWhyAndKeepsTheOlderFile) {
     for (auto& c : cases) {
         SCOPED_TRACE(c.chosen.string());
         test::Session s;
-        ASSERT_EQ(s.run(design), 0) << s.err.str();
+        ASSERT_TRUE(s.ok(design));
         ASSERT_FALSE(frame.designsaved);
-        ASSERT_EQ(s.run("> filedialog: \"" + c.chosen.string() + "\"\nsavefilter\n"), 0) << s.err.str();
+        ASSERT_TRUE(s.ok("> filedialog: \"" + c.chosen.string() + "\"\nsavefilter\n"));
         ASSERT_EQ(s.runner.desk.messages.size(), 1u);
         const MessageRecord& m = s.runner.desk.messages[0];
         EXPECT_EQ(m.title, "Save Filter");
@@ -164,7 +163,7 @@ TEST(Faults, FailedSaveSaysWhyAndKeepsTheOlderFile) {
     for (const auto& e : fs::directory_iterator(dir)) EXPECT_EQ(e.path().extension(), ".sch") << e.path();
 
     test::Session s;
-    ASSERT_EQ(s.run(design + "> filedialog: \"" + (dir / "new.sch").string() + "\"\nsavefilter\n"), 0);
+    ASSERT_TRUE(s.ok(design + "> filedialog: \"" + (dir / "new.sch").string() + "\"\nsavefilter\n"));
     EXPECT_TRUE(frame.designsaved);
     EXPECT_TRUE(s.runner.desk.messages.empty());
     EXPECT_EQ(test::readfile(dir / "new.sch").substr(0, 5), "\"Butt");

@@ -64,7 +64,7 @@ TEST(Batch, ExitStatuses) {
 
 TEST(Batch, AnswersAndMessages) {
     test::Session s;
-    ASSERT_EQ(s.run("> Getdata: 7\n> msgbox: No\ntestaskboth\ntesttell\ndump messages\n"), 0);
+    ASSERT_TRUE(s.ok("> Getdata: 7\n> msgbox: No\ntestaskboth\ntesttell\ndump messages\n"));
     EXPECT_EQ(slot(0).Zin.value(), 7);
     EXPECT_EQ(slot(0).Zout.value(), 2);
     EXPECT_EQ(s.take(), "msgbox title=\"Question\" buttons=YesNo answer=No text=\"Continue?\"\n"
@@ -75,10 +75,10 @@ TEST(Batch, OptionalAnswersAreSkippedAndDropped) {
     test::Session s;
     // An optional answer for a window that does not open is skipped over by the others
     // and dropped when the command after it ends.
-    ASSERT_EQ(s.run(">? msgbox: No\n> Getdata: 3\ntestaskpanel\n"), 0);
+    ASSERT_TRUE(s.ok(">? msgbox: No\n> Getdata: 3\ntestaskpanel\n"));
     EXPECT_TRUE(s.runner.desk.queue.empty());
     // A window takes the first answer for it, optional or not.
-    ASSERT_EQ(s.run(">? msgbox: No\n> Getdata: 4\ntestaskboth\n"), 0);
+    ASSERT_TRUE(s.ok(">? msgbox: No\n> Getdata: 4\ntestaskboth\n"));
     EXPECT_EQ(slot(0).Zin.value(), 4);
     EXPECT_EQ(slot(0).Zout.value(), 2);
 }

@@ -116,7 +116,7 @@ TEST(Norton, DefaultKeepsTheGainAndRemovesTheNamedElement) {
         const double Rload = slot(0).dip(slot(0).count()).R;
         click(r.whole(1));
         ASSERT_TRUE(menuenabled("norton"));
-        ASSERT_EQ(session.run("> Getdata: " + r.text(2) + "\nnorton\n"), 0) << session.err.str();
+        ASSERT_TRUE(session.ok("> Getdata: " + r.text(2) + "\nnorton\n"));
         EXPECT_TRUE(session.runner.desk.messages.empty());
         EXPECT_EQ(undostate.undodepth, 1);
         EXPECT_EQ(slot(0).dip(r.whole(3)).type, r.whole(4));
@@ -139,7 +139,7 @@ TEST(AutoTransformer, TapsAndKeepsTheGain) {
         const int d = r.whole(1);
         click(d);
         ASSERT_TRUE(menuenabled("auto"));
-        ASSERT_EQ(session.run("> Getdata: " + r.text(2) + "\nauto\n"), 0) << session.err.str();
+        ASSERT_TRUE(session.ok("> Getdata: " + r.text(2) + "\nauto\n"));
         EXPECT_TRUE(session.runner.desk.messages.empty());
         EXPECT_EQ(undostate.undodepth, 1);
         const Dipole& t = slot(0).dip(d);
@@ -164,7 +164,7 @@ TEST(NortonAndAuto, RefusalsShowTheMessageAndLeaveTheDesign) {
         const DesignSlot before = slot(0);
         click(r.whole(2));
         const std::string answer = r.text(3) == "-" ? "" : "> Getdata: " + r.text(3) + "\n";
-        ASSERT_EQ(session.run(answer + r.text(0) + "\n"), 0) << session.err.str();
+        ASSERT_TRUE(session.ok(answer + r.text(0) + "\n"));
         EXPECT_EQ(undostate.undodepth, r.whole(6));
         for (int d = 1; d <= before.count(); ++d) {
             const Dipole &now = slot(0).dip(d), &was = before.dip(d);

@@ -173,7 +173,7 @@ TEST(Replace, PaletteOfTheArmThenTheTypeBeforeThePanel) {
     EXPECT_EQ(dipole(0, 4).type, 33) << "a series type in a shunt place";
     EXPECT_EQ(undostate.undodepth, 0);
     registercommand("pick35", [] { replacedipole(35); });
-    ASSERT_EQ(session.run("> Getdata: close\npick35\n"), 0) << session.err.str();
+    ASSERT_TRUE(session.ok("> Getdata: close\npick35\n"));
     EXPECT_EQ(dipole(0, 4).type, 35);
     EXPECT_EQ(dipole(0, 4).C, C);
     EXPECT_FALSE(structural.replacing);

@@ -42,11 +42,11 @@ TEST(StandardSeries, RoundsOntoPowersOfTheRatioWorkedByHand) {
 
 TEST(StandardWindow, OptionsSetRatiosAndTheSharedScale) {
     test::Session s;
-    ASSERT_EQ(s.run(chebyshevbp + std::string("standardT\n")), 0) << s.err.str();
+    ASSERT_TRUE(s.ok(chebyshevbp + std::string("standardT\n")));
     EXPECT_TRUE(standard.loaded);
     EXPECT_EQ(standard.caption, "Standardize values");
     for (const test::Row& r : test::datarows("schematic.txt", "standardoptions")) {
-        ASSERT_EQ(s.run("event standard " + r.text(0) + " click\n"), 0);
+        ASSERT_TRUE(s.ok("event standard " + r.text(0) + " click\n"));
         EXPECT_EQ(std::vector<double>({standard.Rratio, standard.Lratio, standard.Cratio, standard.Lscale,
                                        standard.RCscale}),
                   r.nums(1))
@@ -58,10 +58,10 @@ TEST(StandardWindow, OptionsSetRatiosAndTheSharedScale) {
 
 TEST(StandardWindow, ResistorOptionAloneFaultsAndLeavesTheDesign) {
     test::Session s;
-    ASSERT_EQ(s.run(chebyshevbp + std::string("standardT\nevent standard Option4 click\n")), 0);
+    ASSERT_TRUE(s.ok(chebyshevbp + std::string("standardT\nevent standard Option4 click\n")));
     const auto before = slot(0).dipoles;
     s.runner.desk.messages.clear();
-    ASSERT_EQ(s.run("event standard Command1 click\n"), 0) << s.err.str();
+    ASSERT_TRUE(s.ok("event standard Command1 click\n"));
     ASSERT_EQ(s.runner.desk.messages.size(), 1u);
     EXPECT_NE(s.runner.desk.messages[0].text.find("Run-time error"), std::string::npos);
     for (int d = 1; d <= slot(0).count(); ++d) {
@@ -69,7 +69,7 @@ TEST(StandardWindow, ResistorOptionAloneFaultsAndLeavesTheDesign) {
         EXPECT_FALSE(std::isnan(dipole(0, d).L)) << d;
     }
     // A C option first gives the resistors their scale.
-    ASSERT_EQ(s.run("event standard Option16 click\nevent standard Command1 click\n"), 0);
+    ASSERT_TRUE(s.ok("event standard Option16 click\nevent standard Command1 click\n"));
     // 5.0 between 4.66274 and 5.13375 on the 5 % series: upper, 5.1.
     EXPECT_EQ(dipole(0, 1).R, 51);
     EXPECT_TRUE(standard.loaded);  // OK leaves the window open

@@ -138,8 +138,7 @@ TEST(ValuePanel, RowsForThePositiveFieldsOnlyWrittenBackByLabel) {
     dipole(0, 2).Qa = 80;
     schematicbuild();
     registercommand("valuepanel", [] { schematictransform(2); });
-    ASSERT_EQ(session.run("> Getdata: 2n 3u 1n 4u 90\nvaluepanel\ndump panel\n"), 0)
-        << session.err.str();
+    ASSERT_TRUE(session.ok("> Getdata: 2n 3u 1n 4u 90\nvaluepanel\ndump panel\n"));
     const std::string panel = session.take();
     EXPECT_NE(panel.find("row 0 label=\"C =\""), std::string::npos);
     EXPECT_NE(panel.find("row 4 label=\"Qa =\""), std::string::npos);
@@ -162,8 +161,7 @@ TEST(EndMatch, WritesTheMatchWorkedByHand) {
         schematicbuild();
         schematicwindow(0).click("symbol", d);
         ASSERT_TRUE(menuenabled("transform"));
-        EXPECT_EQ(session.run(d == 2 ? "> Getdata: 12.5 150n\ntransform\n" : "> Getdata: 12.5\ntransform\n"), 0)
-            << session.err.str();
+        EXPECT_TRUE(session.ok(d == 2 ? "> Getdata: 12.5 150n\ntransform\n" : "> Getdata: 12.5\ntransform\n"));
         const Dipole& t = dipole(0, d);
         EXPECT_EQ(t.type, d == 2 ? 57 : 58);
         EXPECT_EQ(undostate.undodepth, 1);

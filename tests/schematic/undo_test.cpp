@@ -61,7 +61,7 @@ void design() {
 // One edit of the kth kind: the three dipoles stepped in turn, and Transform Z or F.
 void edit(test::Session& session, int k) {
     if (k % 4 == 3) {
-        ASSERT_EQ(session.run("> Getdata: 75 7M\ntzfm\n"), 0) << session.err.str();
+        ASSERT_TRUE(session.ok("> Getdata: 75 7M\ntzfm\n"));
         return;
     }
     schematicwindow(0).click("symbol", 2 + k % 4);
@@ -83,7 +83,7 @@ TEST(Undo, EditsThenAsManyUndosGiveBackTheStartingSlot) {
         if (edits >= 2) {
             EXPECT_TRUE(slot(1).dip(2).Lcore.empty());
         }
-        for (int k = 0; k < edits; ++k) ASSERT_EQ(session.run("undo\n"), 0);
+        for (int k = 0; k < edits; ++k) ASSERT_TRUE(session.ok("undo\n"));
         const DesignSlot& now = slot(0);
         // The first snapshot was taken at depth 1 and so kept the L winding record.
         EXPECT_TRUE(samecopied(now, start)) << edits << " edits";
@@ -142,7 +142,7 @@ TEST(TransformZF, PowerEffectiveGainMovesWithTheFrequency) {
         store.wA = TWOPI * f;
         before.push_back(response(Quantity::PEG, 0));
     }
-    ASSERT_EQ(session.run("> Getdata: 600 3.5M\ntzfm\n"), 0) << session.err.str();
+    ASSERT_TRUE(session.ok("> Getdata: 600 3.5M\ntzfm\n"));
     const double Ffactor = (3.5e6 + 3.5e6) * PI / (TWOPI * 10e6);
     EXPECT_DOUBLE_EQ(slot(0).r0.value(), 600);
     EXPECT_DOUBLE_EQ(slot(0).dip(1).R, 600);
@@ -152,7 +152,7 @@ TEST(TransformZF, PowerEffectiveGainMovesWithTheFrequency) {
     }
     // The snapshot was taken after r0 and w0 took the new values: undo brings the parts
     // back and leaves the new design impedance and frequency.
-    ASSERT_EQ(session.run("undo\n"), 0);
+    ASSERT_TRUE(session.ok("undo\n"));
     EXPECT_EQ(slot(0).dip(3).L, 8.4e-6);
     EXPECT_EQ(slot(0).dip(1).R, 50);
     EXPECT_EQ(slot(0).dip(3).C, 12e-12);

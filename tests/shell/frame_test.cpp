@@ -72,12 +72,12 @@ TEST(Frame, StartupWithHelpLineOnAndOff) {
 TEST(Frame, OptionsToggleSaveAndSurviveRestart) {
     test::Session s;
     ScriptedDesktop& d = s.runner.desk;
-    EXPECT_EQ(s.run("option nano on\noption sfp on\noption helpL on\noption partslist off\n"), 0);
+    EXPECT_TRUE(s.ok("option nano on\noption sfp on\noption helpL on\noption partslist off\n"));
     for (const char* key : {"nano", "showparameters", "helpl"}) EXPECT_EQ(d.settings[std::string("filter/options/") + key], "1");
     // Already off: no click, nothing saved.
     EXPECT_EQ(d.settings.count("filter/options/partslist"), 0u);
     EXPECT_TRUE(frame.helppanelshown);
-    EXPECT_EQ(s.run("option nano off\n"), 0);
+    EXPECT_TRUE(s.ok("option nano off\n"));
     EXPECT_EQ(d.settings["filter/options/nano"], "0");
 
     // The same store read by a new start.
@@ -87,7 +87,7 @@ TEST(Frame, OptionsToggleSaveAndSurviveRestart) {
     EXPECT_TRUE(menuchecked("helpL"));
 
     // Help line off: the panel hides and help lines are no longer shown.
-    EXPECT_EQ(s.run("option helpL off\n"), 0);
+    EXPECT_TRUE(s.ok("option helpL off\n"));
     EXPECT_FALSE(frame.helppanelshown);
     std::string before = frame.helplabel[0];
     sethelp("a", "b", "c", "d");
@@ -169,7 +169,7 @@ TEST(Frame, HelpAboutCalculatorAndTroubleshoot) {
     d.programdir_ = test::scratch("nohelp").string();
     restart(d);
     // No help pages: the search offer, declined.
-    EXPECT_EQ(s.run("> msgbox: Cancel\nhelper\n"), 0);
+    EXPECT_TRUE(s.ok("> msgbox: Cancel\nhelper\n"));
     ASSERT_EQ(d.messages.size(), 1u);
     EXPECT_EQ(d.messages[0].title, "File Not Found");
     EXPECT_EQ(d.messages[0].text, "Cannot find HELP file 'zkhelp.html', do you want to search for it?");
@@ -178,17 +178,17 @@ TEST(Frame, HelpAboutCalculatorAndTroubleshoot) {
     // Searched for and found: the folder is remembered and the page opened.
     std::string page = std::string(ZELK_SOURCE_DIR) + "/docs/help/zkhelp.html";
     ASSERT_TRUE(fs::exists(page));
-    EXPECT_EQ(s.run("> msgbox: OK\n> filedialog: \"" + page + "\"\nhelper\n"), 0);
+    EXPECT_TRUE(s.ok("> msgbox: OK\n> filedialog: \"" + page + "\"\nhelper\n"));
     EXPECT_EQ(d.settings["filter/options/zkhelplocation"], fs::path(page).parent_path().string());
     ASSERT_EQ(d.opened.size(), 1u);
     EXPECT_EQ(d.opened[0], "file://" + page);
     // Next time it opens at once.
-    EXPECT_EQ(s.run("helper\n"), 0);
+    EXPECT_TRUE(s.ok("helper\n"));
     EXPECT_EQ(d.opened.size(), 2u);
     EXPECT_EQ(d.messages.size(), 2u);
 
     // About names the program folder.
-    EXPECT_EQ(s.run("aboutfilter\n"), 0);
+    EXPECT_TRUE(s.ok("aboutfilter\n"));
     EXPECT_NE(d.messages.back().text.find("\nDirectory=" + d.programdir_), std::string::npos);
 
     // The calculator search walks PATH in order of preference.
@@ -207,7 +207,7 @@ TEST(Frame, HelpAboutCalculatorAndTroubleshoot) {
     fs::remove_all(dir);
 
     // The installation check reports the missing tables of this empty program folder.
-    EXPECT_EQ(s.run("troubleshoot\n"), 0);
+    EXPECT_TRUE(s.ok("troubleshoot\n"));
     EXPECT_TRUE(trouble.loaded);
     auto lines = trouble.lines();
     bool missing = false;

@@ -59,7 +59,7 @@ TEST(Menus, DisabledCommandRefused) {
 
 TEST(Menus, MenuTitleHelpLines) {
     test::Session s;
-    EXPECT_EQ(s.run("option helpL on\n"), 0);
+    EXPECT_TRUE(s.ok("option helpL on\n"));
     EXPECT_TRUE(menutitle_Click("file"));
     EXPECT_EQ(frame.helplabel[0], "Open an existing filter file.");
     EXPECT_TRUE(menutitle_Click("options"));

@@ -87,16 +87,14 @@ TEST(TableReading, TruncatedRecordIsAHostFault) {
 // file closed and the slot given up.
 TEST(TableReading, OrderLimitOfTheCommands) {
     test::Session s;
-    EXPECT_EQ(s.run("> selfunction: \"Accept design\"\n> Getdata: 1000 10 50 50\n> Getdata: Lossless\n"
-                    ">? designtitle: Text1=\"B\" Command1\nBessel\n"),
-              0);
+    EXPECT_TRUE(s.ok("> selfunction: \"Accept design\"\n> Getdata: 1000 10 50 50\n> Getdata: Lossless\n"
+                     ">? designtitle: Text1=\"B\" Command1\nBessel\n"));
     EXPECT_EQ(slot(0).code, "TLP");
     EXPECT_EQ(slot(0).count(), 12);
     EXPECT_EQ(slot(0).dip(11).type, 2);
     EXPECT_FALSE(tables.file1.is_open());
-    EXPECT_EQ(s.run("newfilter\n> selfunction: \"Accept design\"\n> Getdata: 1000 11 50 50\n"
-                    "> Getdata: Lossless\nBessel\ndump messages\n"),
-              0);
+    EXPECT_TRUE(s.ok("newfilter\n> selfunction: \"Accept design\"\n> Getdata: 1000 11 50 50\n"
+                     "> Getdata: Lossless\nBessel\ndump messages\n"));
     EXPECT_NE(s.take().find("text=\"Maximum order is 10.\""), std::string::npos);
     EXPECT_FALSE(tables.file1.is_open());
     EXPECT_EQ(store.lastslot, -1);
