@@ -13,6 +13,7 @@
 #include "core/surface.h"
 #include "core/notation.h"
 #include "entry/panel.h"
+#include "files.h"
 #include "schematic/report.h"
 #include "analysis/agreement.h"
 #include "testsupport.h"
@@ -108,15 +109,10 @@ TEST(Plots, TimeCurvesRunOverTheTimeAsked) {
 }
 
 TEST(PlotFrame, DbDivisionTableTakesTheFinerRowAtItsEdge) {
-    struct {
-        double range, division, major;
-    } rows[] = {{30, 1, 10}, {31, 2, 20}, {60, 2, 20}, {90, 3, 30}, {91, 4, 20},
-                {120, 4, 20}, {180, 5, 30}, {210, 6, 60}, {211, 10, 60}, {240, 10, 60}};
-    for (auto& r : rows) {
+    for (const test::Row& r : test::datarows("analysis.txt", "dbdivision")) {
         double d, m;
-        dbdivision(r.range, d, m);
-        EXPECT_EQ(d, r.division) << r.range;
-        EXPECT_EQ(m, r.major) << r.range;
+        dbdivision(r.num(0), d, m);
+        EXPECT_EQ(std::vector<double>({d, m}), r.nums(1)) << r.text(0);
     }
 }
 

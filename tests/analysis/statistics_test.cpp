@@ -13,6 +13,7 @@
 #include "analysis/statistics.h"
 #include "core/designstore.h"
 #include "core/framestate.h"
+#include "files.h"
 #include "testsupport.h"
 
 namespace zelk {
@@ -32,18 +33,12 @@ struct GivenRandom : ScriptedDesktop {
 
 TEST(RandomRules, SpreadAndSignOfGivenNumbers) {
     test::Session s;
-    struct Case {
-        double rnd, spread, sign;
-    };
-    const Case cases[] = {{0, -1, -1},      {0.05, -1, -1},  {0.1, -0.8, -1}, {0.45, -0.2, -1},
-                          {0.5, 0, 0},      {0.55, 0, 1},    {0.7, 0.4, 1},   {0.9, 0.8, 1},
-                          {0.99999, 0.8, 1}};
     GivenRandom g;
     setdesktop(&g);
-    for (const Case& c : cases) {
-        g.r = {c.rnd};
-        EXPECT_NEAR(randomspread(), c.spread, 1e-15) << c.rnd;
-        EXPECT_EQ(randomsign(), c.sign) << c.rnd;
+    for (const test::Row& r : test::datarows("analysis.txt", "random")) {
+        g.r = {r.num(0)};
+        EXPECT_NEAR(randomspread(), r.num(1), 1e-15) << r.text(0);
+        EXPECT_EQ(randomsign(), r.num(2)) << r.text(0);
     }
     setdesktop(&s.runner.desk);
 }

@@ -10,6 +10,7 @@
 #include "core/dipoles.h"
 #include "schematic/dipoletransforms.h"
 #include "core/commands.h"
+#include "files.h"
 #include "reference.h"
 #include "schematic/schematicview.h"
 #include "testsupport.h"
@@ -37,58 +38,44 @@ double catalogue(double w) {
 void select(int n) { schematicwindow(0).click("symbol", n); }
 void transform() { ASSERT_TRUE(runcommand(*findcommand("transform"))); }
 
-struct Circle {
-    int start;
-    std::vector<int> types; // the types met, back to start
-    bool exchanged;         // the two branches come back in each other's place
-    double L, C, La, Ca;
-};
-
-class TransformCircle : public ::testing::TestWithParam<Circle> {};
-
-TEST_P(TransformCircle, EveryFormKeepsTheImmittanceAndTheCircleCloses) {
-    const Circle& c = GetParam();
-    test::Session session;
-    test::ladder({{1, 50}, {c.start, 0, c.C, c.L, c.Ca, c.La}, {31, 50}});
-    // A Q of 1e12 instead of "lossless", whose fixed 1e-6 loss terms sit in different
-    // places in the different forms and would move the reactance by about 1e-9.
-    dipole(0, 2).Qu = dipole(0, 2).Qa = 1e12;
-    schematicbuild();
-    const Dipole original = dipole(0, 2);
-    std::vector<double> x0;
-    for (double f : freqs) {
-        x0.push_back(catalogue(TWOPI * f));
-        // The catalogue and the circuit agree on the starting form.
-        EXPECT_NEAR(x0.back(), reactance(c.start, original, TWOPI * f),
-                    1e-9 * std::fabs(x0.back()));
-    }
-    for (int expected : c.types) {
-        select(2);
-        transform();
-        const Dipole& d = dipole(0, 2);
-        ASSERT_EQ(d.type, expected);
-        for (int i = 0; i < 10; ++i) {
-            const double x = catalogue(TWOPI * freqs[i]);
-            EXPECT_NEAR(x, x0[static_cast<size_t>(i)], 1e-9 * std::fabs(x0[static_cast<size_t>(i)]))
-                << "type " << d.type << " at " << freqs[i];
+// Every circle of tests/data/schematic.txt, stepped round by the transform.
+TEST(TransformCircle, EveryFormKeepsTheImmittanceAndTheCircleCloses) {
+    for (const test::Row& r : test::datarows("schematic.txt", "circles")) {
+        SCOPED_TRACE("type " + r.text(0));
+        const int start = r.whole(0);
+        const bool exchanged = r.text(2) == "yes";
+        const double L = r.num(3), C = r.num(4), La = r.num(5), Ca = r.num(6);
+        test::Session session;
+        test::ladder({{1, 50}, {start, 0, C, L, Ca, La}, {31, 50}});
+        // A Q of 1e12 instead of "lossless", whose fixed 1e-6 loss terms sit in different
+        // places in the different forms and would move the reactance by about 1e-9.
+        dipole(0, 2).Qu = dipole(0, 2).Qa = 1e12;
+        schematicbuild();
+        const Dipole original = dipole(0, 2);
+        std::vector<double> x0;
+        for (double f : freqs) {
+            x0.push_back(catalogue(TWOPI * f));
+            // The catalogue and the circuit agree on the starting form.
+            EXPECT_NEAR(x0.back(), reactance(start, original, TWOPI * f),
+                        1e-9 * std::fabs(x0.back()));
         }
+        for (int expected : r.list(1)) {
+            select(2);
+            transform();
+            const Dipole& d = dipole(0, 2);
+            ASSERT_EQ(d.type, expected);
+            for (int i = 0; i < 10; ++i) {
+                const double x = catalogue(TWOPI * freqs[i]);
+                EXPECT_NEAR(x, x0[static_cast<size_t>(i)], 1e-9 * std::fabs(x0[static_cast<size_t>(i)]))
+                    << "type " << d.type << " at " << freqs[i];
+            }
+        }
+        const Dipole& back = dipole(0, 2);
+        const double want[4] = {exchanged ? La : L, exchanged ? Ca : C, exchanged ? L : La, exchanged ? C : Ca};
+        const double got[4] = {back.L, back.C, back.La, back.Ca};
+        for (int i = 0; i < 4; ++i) EXPECT_NEAR(got[i], want[i], 1e-9 * want[i]) << "field " << i;
     }
-    const Dipole& back = dipole(0, 2);
-    const double want[4] = {c.exchanged ? c.La : c.L, c.exchanged ? c.Ca : c.C,
-                            c.exchanged ? c.L : c.La, c.exchanged ? c.C : c.Ca};
-    const double got[4] = {back.L, back.C, back.La, back.Ca};
-    for (int i = 0; i < 4; ++i) EXPECT_NEAR(got[i], want[i], 1e-9 * want[i]) << "field " << i;
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Sequences, TransformCircle,
-    ::testing::Values(Circle{12, {13, 18, 24, 12}, false, 1e-6, 1e-9, 2.2e-6, 0.47e-9},
-                      Circle{42, {43, 48, 54, 42}, false, 1e-6, 1e-9, 2.2e-6, 0.47e-9},
-                      Circle{17, {19, 22, 23, 17}, true, 1e-6, 1e-9, 3.3e-6, 0.22e-9},
-                      Circle{47, {49, 52, 53, 47}, true, 1e-6, 1e-9, 3.3e-6, 0.22e-9},
-                      Circle{20, {21, 20}, false, 1e-6, 1e-9, 2.2e-6, 0},
-                      Circle{50, {51, 50}, false, 1e-6, 1e-9, 2.2e-6, 0}),
-    [](const auto& info) { return "type" + std::to_string(info.param.start); });
 
 // 10 -> 9 keeps Ca, so it is not the inverse of 9 -> 10: the type comes back, the
 // immittance does not.
