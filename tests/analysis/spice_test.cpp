@@ -12,6 +12,7 @@
 
 #include "analysis/response.h"
 #include "analysis/spiceexport.h"
+#include "files.h"
 #include "core/designstore.h"
 #include "ngspice.h"
 #include "reference.h"
@@ -27,30 +28,10 @@ using test::havengspice;
 TEST(SpiceCrossCheck, TextbookLaddersAgreeWithNgspice) {
     if (!havengspice()) GTEST_SKIP() << "ngspice is not installed: the cross-check needs it";
     test::Session s;
-    struct Case {
-        const char* name;
-        test::Ladder ladder;
-        double F1, F2;
-    };
-    const std::vector<Case> cases = {
-        {"bw-lp5-pi", {Kind::LP, test::butterworthg(5), true, 50, 1e6, 0, 0}, 1e5, 1e7},
-        {"bw-lp5-t", {Kind::LP, test::butterworthg(5), false, 50, 1e6, 0, 0}, 1e5, 1e7},
-        {"ch-lp5-pi-q100", {Kind::LP, test::chebyshevg(5, 0.5), true, 50, 1e6, 0, 100}, 1e5, 1e7},
-        {"ch-hp5-t", {Kind::HP, test::chebyshevg(5, 0.1), false, 50, 2e6, 0, 0}, 2e5, 2e7},
-        {"bw-hp3-pi-q100", {Kind::HP, test::butterworthg(3), true, 75, 3e6, 0, 100}, 3e5, 3e7},
-        {"bw-bp3-pi", {Kind::BP, test::butterworthg(3), true, 50, 9e6, 11e6, 0}, 5e6, 2e7},
-        {"ch-bp3-t-q100", {Kind::BP, test::chebyshevg(3, 0.2), false, 50, 9e6, 11e6, 100}, 5e6, 2e7},
-        {"bw-br3-pi", {Kind::BR, test::butterworthg(3), true, 50, 8e6, 12e6, 0}, 3e6, 3e7},
-        {"ch-br3-t-q100", {Kind::BR, test::chebyshevg(3, 0.5), false, 50, 8e6, 12e6, 100}, 3e6, 3e7},
-        {"ch-bp5-pi-q100", {Kind::BP, test::chebyshevg(5, 0.1), true, 50, 13e6, 15e6, 100}, 8e6, 2.5e7},
-        // The capacitor's impedance and admittance each carry 1e-06 and are not inverses,
-        // which no single network reproduces; at 50 ohm the gap stays far inside the
-        // tolerances (at 600 ohm it reaches 0.1 degree near the corner).
-        {"bw-lp7-t-q100", {Kind::LP, test::butterworthg(7), false, 50, 3e3, 0, 100}, 300, 3e4},
-    };
-    for (const Case& c : cases) {
-        test::buildladder(0, c.ladder);
-        EXPECT_GT(test::crosscheck(c.name, c.F1, c.F2), 200) << c.name;
+    for (const test::Row& r : test::datarows("ladders.txt", "spice")) {
+        const std::string name = r.text(0) + "-" + r.text(1) + r.text(3) + "-" + r.text(4) + "-q" + r.text(8);
+        test::buildladder(0, test::ladderrow(r));
+        EXPECT_GT(test::crosscheck(name, r.num(9), r.num(10)), 200) << name;
     }
 }
 
