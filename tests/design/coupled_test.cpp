@@ -143,33 +143,20 @@ TEST(CoupledResonator, MatchedDesignPassesThePowerOfAFiftyOhmSource) {
 }
 
 TEST(CoupledResonator, TableCommandsReadTheFirstRecordOfTheOrder) {
-    struct Case {
-        const char* command;
-        const char* file;
-        const char* title;
-    };
-    const Case cases[] = {
-        {"BesselCR", "bessel", "Bessel Coupled Resonator"},
-        {"GaussianCR", "gaussian", "Gaussian Coupled Resonator"},
-        {"LegendreCR", "legendre", "Legendre Coupled Resonator"},
-        {"LP05CR", "linph05", "Linear Phase (.05 degree)Coupled Resonator"},
-        {"LP5CR", "linph5", "Linear Phase (.5 degree)Coupled Resonator"},
-        {"Gaussian6CR", "gauss6", "Transitional Gaussian (6db) Coupled Resonator"},
-        {"gaussian12CR", "gauss12", "Transitional Gaussian (12db) Coupled Resonator"}};
-    for (const Case& c : cases) {
+    for (const test::Row& c : test::datarows("design.txt", "crtables")) {
         // The first record of order 5 in the file, read here on its own.
         std::vector<double> first;
-        for (const auto& v : test::tablelines(std::string(c.file) + ".tbl"))
+        for (const auto& v : test::tablelines(c.text(1) + ".tbl"))
             if (v[0] == 5 && first.empty()) first.assign(v.begin() + 2, v.end());
-        ASSERT_EQ(first.size(), 5u) << c.file;
+        ASSERT_EQ(first.size(), 5u) << c.text(1);
         test::Session s;
-        ASSERT_TRUE(s.ok(crscript(c.command, "10M 500K 5"))) << c.command << s.err.str();
+        ASSERT_TRUE(s.ok(crscript(c.text(0), "10M 500K 5"))) << c.text(0) << s.err.str();
         EXPECT_EQ(slot(0).code, "TCR");
-        EXPECT_EQ(slot(0).title, c.title);
-        EXPECT_EQ(prototerms.g1term, first[0]) << c.command;
-        EXPECT_EQ(prototerms.gnterm, first[4]) << c.command;
+        EXPECT_EQ(slot(0).title, c.text(2));
+        EXPECT_EQ(prototerms.g1term, first[0]) << c.text(0);
+        EXPECT_EQ(prototerms.gnterm, first[4]) << c.text(0);
         EXPECT_NEAR(prototerms.kcoupling[2], 1 / std::sqrt(first[1] * first[2]), 1e-15)
-            << c.command;
+            << c.text(0);
         EXPECT_EQ(slot(0).count(), 14);
     }
 }

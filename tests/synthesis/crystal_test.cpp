@@ -11,6 +11,7 @@
 #include "core/hostmath.h"
 #include "synthesis/bwcheby.h"
 #include "synthesis/crystal.h"
+#include "files.h"
 #include "synthesis/dishal.h"
 #include "ngspice.h"
 #include "reference.h"
@@ -41,11 +42,6 @@ int faultof(void (*step)()) {
     return 0;
 }
 
-struct ModeCase {
-    const char* mode;
-    std::vector<int> types;
-};
-class CouplingModes : public testing::TestWithParam<ModeCase> {};
 
 // A ladder of order n with the dishal sideband's bandwidth of 2 kHz and r0v3 = v, the
 // Butterworth terms already worked out.
@@ -61,51 +57,47 @@ void near(double got, double want, const char* what) { EXPECT_NEAR(got, want, 1e
 
 } // namespace
 
-TEST_P(CouplingModes, GiveTheirDipoleTypesAndCouplingValues) {
-    const ModeCase& m = GetParam();
-    Ladder l(4);
-    flow.Qdesign = 150;
-    BCLterms();
-    crystaldesignvalues();
-    crystalladder(m.mode);
-    EXPECT_EQ(test::types(), m.types);
-    DesignSlot& s = l.s();
-    const double w0 = 1 / std::sqrt(s.Ls * s.Cs), bw = s.bw;
-    EXPECT_NEAR(s.r0, bw * s.Ls / (2 * std::sin(pi / 8)), 1e-9 * s.r0);
-    const bool capacitive = m.mode[1] == 'C';
-    const std::vector<double> g = test::butterworthg(4); // couplings 1 / sqrt(g[i] g[i+1])
-    for (size_t i = 1; i <= 3; ++i) {
-        const Dipole& c = s.dip(static_cast<int>(2 * i + 2));
-        const double k = 1 / std::sqrt(g[i] * g[i + 1]);
-        if (capacitive) {
-            EXPECT_NEAR(c.C, s.Cs * w0 / k / bw, 1e-9 * c.C) << i;
-        } else {
-            EXPECT_NEAR(c.L, s.Ls / w0 * k * bw, 1e-9 * c.L) << i;
-            EXPECT_EQ(c.Qu, 150);
+TEST(CouplingModes, GiveTheirDipoleTypesAndCouplingValues) {
+    for (const test::Row& r : test::datarows("design.txt", "crystalmodes")) {
+        const std::string mode = r.text(0);
+        SCOPED_TRACE(mode);
+        Ladder l(4);
+        flow.Qdesign = 150;
+        BCLterms();
+        crystaldesignvalues();
+        crystalladder(mode);
+        EXPECT_EQ(test::types(), r.list(1));
+        DesignSlot& s = l.s();
+        const double w0 = 1 / std::sqrt(s.Ls * s.Cs), bw = s.bw;
+        EXPECT_NEAR(s.r0, bw * s.Ls / (2 * std::sin(pi / 8)), 1e-9 * s.r0);
+        const bool capacitive = mode[1] == 'C';
+        const std::vector<double> g = test::butterworthg(4); // couplings 1 / sqrt(g[i] g[i+1])
+        for (size_t i = 1; i <= 3; ++i) {
+            const Dipole& c = s.dip(static_cast<int>(2 * i + 2));
+            const double k = 1 / std::sqrt(g[i] * g[i + 1]);
+            if (capacitive) {
+                EXPECT_NEAR(c.C, s.Cs * w0 / k / bw, 1e-9 * c.C) << i;
+            } else {
+                EXPECT_NEAR(c.L, s.Ls / w0 * k * bw, 1e-9 * c.L) << i;
+                EXPECT_EQ(c.Qu, 150);
+            }
+        }
+        // Every crystal carries the design crystal.
+        for (int d = 3; d <= 9; d += 2) EXPECT_EQ(s.dip(d).Ls, double(s.Ls));
+        if (mode == "TL") {
+            // Each crystal resonates with the coupling inductors at its nodes.
+            const double w2 = w0 * w0;
+            EXPECT_NEAR(s.dip(3).C, 1 / (w2 * s.dip(4).L), 1e-9 * s.dip(3).C);
+            EXPECT_NEAR(s.dip(5).C, 1 / (w2 * (s.dip(4).L + s.dip(6).L)), 1e-9 * s.dip(5).C);
+            EXPECT_NEAR(s.dip(9).C, 1 / (w2 * s.dip(8).L), 1e-9 * s.dip(9).C);
+        }
+        if (mode == "TC") {
+            // End trimmers bring the end nodes to the node capacitance of the first node: in
+            // a symmetric ladder the series of C4 and C6 against C4 alone gives back C6.
+            EXPECT_NEAR(s.dip(3).C, s.dip(6).C, 1e-6 * s.dip(6).C);
         }
     }
-    // Every crystal carries the design crystal.
-    for (int d = 3; d <= 9; d += 2) EXPECT_EQ(s.dip(d).Ls, double(s.Ls));
-    if (std::string(m.mode) == "TL") {
-        // Each crystal resonates with the coupling inductors at its nodes.
-        const double w2 = w0 * w0;
-        EXPECT_NEAR(s.dip(3).C, 1 / (w2 * s.dip(4).L), 1e-9 * s.dip(3).C);
-        EXPECT_NEAR(s.dip(5).C, 1 / (w2 * (s.dip(4).L + s.dip(6).L)), 1e-9 * s.dip(5).C);
-        EXPECT_NEAR(s.dip(9).C, 1 / (w2 * s.dip(8).L), 1e-9 * s.dip(9).C);
-    }
-    if (std::string(m.mode) == "TC") {
-        // End trimmers bring the end nodes to the node capacitance of the first node: in
-        // a symmetric ladder the series of C4 and C6 against C4 alone gives back C6.
-        EXPECT_NEAR(s.dip(3).C, s.dip(6).C, 1e-6 * s.dip(6).C);
-    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Crystal, CouplingModes,
-                         testing::Values(ModeCase{"UC", {1, 38, 7, 33, 7, 33, 7, 33, 7, 31}},
-                                         ModeCase{"UL", {1, 38, 7, 32, 7, 32, 7, 32, 7, 31}},
-                                         // The middle nodes already hold Cnode: no trimmer.
-                                         ModeCase{"TC", {1, 38, 16, 33, 7, 33, 7, 33, 16, 31}},
-                                         ModeCase{"TL", {1, 38, 16, 32, 16, 32, 16, 32, 16, 31}}));
 
 TEST(Crystal, QTestPassesAtExactlyTwiceTheOrder) {
     // (Qx bw) / Fs against 2n, bw in rad/s: Qx 200000, Fs 10 MHz, n 4 -> bw 400 rad/s.
