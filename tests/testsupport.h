@@ -15,9 +15,11 @@
 namespace zelk::test {
 
 // A scratch folder of this test process under the system's temporary folder: test
-// processes run side by side, and each must have files of its own.
-inline std::filesystem::path scratch(const std::string& name) {
+// processes run side by side, and each must have files of its own. `empty`: nothing left
+// in it from an earlier use.
+inline std::filesystem::path scratch(const std::string& name, bool empty = false) {
     auto dir = std::filesystem::temp_directory_path() / ("zelk-" + name + "-" + std::to_string(::getpid()));
+    if (empty) std::filesystem::remove_all(dir);
     std::filesystem::create_directories(dir);
     return dir;
 }

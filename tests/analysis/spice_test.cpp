@@ -68,7 +68,7 @@ TEST(SpiceExport, TheDeckRunsAloneAndOddTypesAreRefused) {
     test::Session s;
     test::buildladder(0, {Kind::LP, test::butterworthg(3), true, 50, 1e6, 0, 100});
     store.lastslot = 0, store.curslot = 0;
-    fs::path file = test::spiceworkdir() / "export-verb.cir";
+    fs::path file = test::scratch("spice") / "export-verb.cir";
     std::string path = file.generic_string();
     EXPECT_TRUE(s.ok("export spice \"" + path + "\"\n"));
     std::ifstream in(file);

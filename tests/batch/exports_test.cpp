@@ -1,7 +1,6 @@
 // The export verbs of the batch runner: every picture format of a schematic and a plot,
 // the refusals, and a write that fails leaving the older file whole.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -23,12 +22,6 @@ butterworth
 PEG
 )";
 
-fs::path workdir() {
-    fs::path p = fs::temp_directory_path() / ("zelk-export-test-" + std::to_string(::getpid()));
-    fs::create_directories(p);
-    return p;
-}
-
 TEST(ExportVerbs, PicturesOfSchematicAndPlotCarryTheirFormat) {
     test::Session s;
     ASSERT_TRUE(s.ok(design));
@@ -39,7 +32,7 @@ TEST(ExportVerbs, PicturesOfSchematicAndPlotCarryTheirFormat) {
     const Case cases[] = {{"svg", "<?xml"}, {"pdf", "%PDF-"}, {"png", "\x89PNG\r\n"}};
     for (const char* window : {"schematic", "plotPEG"}) {
         for (const Case& c : cases) {
-            fs::path file = workdir() / (std::string(window) + "." + c.format);
+            fs::path file = test::scratch("export") / (std::string(window) + "." + c.format);
             fs::remove(file);
             int status = s.run(std::string("export ") + c.format + " " + window + " \"" + file.string() + "\"\n");
             if (status != 0 && s.err.str().find("without cairo") != std::string::npos) continue;
@@ -68,7 +61,7 @@ TEST(ExportVerbs, RefusalsSayWhy) {
 TEST(ExportVerbs, FailedWriteLeavesTheOlderFile) {
     test::Session s;
     ASSERT_TRUE(s.ok(design));
-    const fs::path dir = workdir() / "failing";
+    const fs::path dir = test::scratch("export") / "failing";
     fs::remove_all(dir);
     fs::create_directories(dir);
     const char* const verbs[][2] = {{"touchstone", "old.s2p"}, {"csv plotPEG", "old.csv"}, {"spice", "old.cir"},
@@ -99,7 +92,7 @@ TEST(ExportVerbs, TouchstoneLeavesTheStoreAlone) {
     test::Session s;
     ASSERT_TRUE(s.ok(design + std::string("dump slot 0\n")));
     std::string before = s.take();
-    ASSERT_TRUE(s.ok("export touchstone \"" + (workdir() / "alone.s2p").string() + "\"\ndump slot 0\n"));
+    ASSERT_TRUE(s.ok("export touchstone \"" + (test::scratch("export") / "alone.s2p").string() + "\"\ndump slot 0\n"));
     EXPECT_EQ(s.take(), before);
 }
 

@@ -31,14 +31,6 @@ bool allslotsfinite() {
     return true;
 }
 
-// A fresh empty folder for one test's files.
-fs::path scratch(const std::string& name) {
-    fs::path dir = test::scratch("faults-" + name);
-    fs::remove_all(dir);
-    fs::create_directories(dir);
-    return dir;
-}
-
 } // namespace
 
 // Lines whose numbers or indices do not fit, or are no numbers (rows of [unfitting]):
@@ -64,7 +56,7 @@ TEST(Faults, EmptyFileNameIsACancel) {
 // A folder chosen as a design file reads as a file that cannot be opened; the desktop is
 // told which and why.
 TEST(Faults, FolderChosenAsDesignFile) {
-    const fs::path dir = scratch("folder");
+    const fs::path dir = test::scratch("faults-folder", true);
     for (const char* command : {"openfilter", "append", "insert"}) {
         SCOPED_TRACE(command);
         test::Session s;
@@ -136,7 +128,7 @@ TEST(Faults, LinearAxisOfHugeRange) {
 // A save that writes nothing says which file and why, keeps the older file, and leaves
 // the design unsaved; a save that works marks it saved.
 TEST(Faults, FailedSaveSaysWhyAndKeepsTheOlderFile) {
-    const fs::path dir = scratch("save");
+    const fs::path dir = test::scratch("faults-save", true);
     const fs::path readonly = dir / "kept.sch";
     std::ofstream(readonly) << "older\n";
     fs::permissions(readonly, fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
@@ -176,7 +168,7 @@ TEST(Faults, FailedSaveSaysWhyAndKeepsTheOlderFile) {
 // The program itself: a script that is a folder, and a number beyond any integer, end
 // in exit status 1 with a message, not in an abort.
 TEST(Faults, BatchProgramExitStatus) {
-    const fs::path dir = scratch("program");
+    const fs::path dir = test::scratch("faults-program", true);
     const fs::path script = dir / "huge.txt";
     std::ofstream(script) << "dump slot 99999999999999999999\n";
     const std::string batch = std::string(ZELK_BINARY_DIR) + "/zelkfilter-batch";

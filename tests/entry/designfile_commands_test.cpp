@@ -22,14 +22,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// A scratch folder of its own for each test.
-fs::path scratch(const std::string& name) {
-    fs::path p = test::scratch("designfile-commands") / name;
-    fs::remove_all(p);
-    fs::create_directories(p);
-    return p;
-}
-
 // The file dialog answered with p, then the line that follows (the command that opens it).
 std::string pick(const fs::path& p, const std::string& then) {
     return "> filedialog: \"" + p.string() + "\"\n" + then + "\n";
@@ -69,7 +61,7 @@ std::pair<int, int> origin(const Dipole& p) {
 } // namespace
 
 TEST(DesignFileCommands, EveryDesignRoundTrips) {
-    fs::path dir = scratch("roundtrip");
+    fs::path dir = test::scratch("designfile-roundtrip", true);
     const char* designs[] = {
         "> selfunction: selection(0) \"Accept design\"\n> Getdata: 10M 15M 3 \"\" 5 50 50\n> Getdata: Lossless\nbutterworth\n",
         "> selfunction: selection(1) picture \"Accept design\"\n> Getdata: accept\n> Getdata: 120\nbutterworth\n",
@@ -110,7 +102,7 @@ TEST(DesignFileCommands, EveryDesignRoundTrips) {
 // saving, where it can be reached, writes slot 0; a cancelled dialog writes nothing, and
 // no file is left half-written beside the designs.
 TEST(DesignFileCommands, SaveWritesSlotZeroOnly) {
-    fs::path dir = scratch("save");
+    fs::path dir = test::scratch("designfile-save", true);
     test::Session s;
     ladder(0, 8, 1);
     store.wA = 111;
@@ -134,7 +126,7 @@ TEST(DesignFileCommands, SaveWritesSlotZeroOnly) {
 }
 
 TEST(DesignFileCommands, SavingNeverDestroysTheEarlierFile) {
-    fs::path dir = scratch("safe");
+    fs::path dir = test::scratch("designfile-safe", true);
     test::Session s;
     ladder(0, 4, 3);
     ASSERT_TRUE(writedesignfile((dir / "keep.sch").string(), 0));
@@ -154,7 +146,7 @@ TEST(DesignFileCommands, SavingNeverDestroysTheEarlierFile) {
 }
 
 TEST(DesignFileCommands, OpenLeavesFieldsOnAMissingFileAndStopsOnCancel) {
-    fs::path dir = scratch("open");
+    fs::path dir = test::scratch("designfile-open", true);
     test::Session s;
     // Cancel: no slot is taken.
     ASSERT_TRUE(s.ok("> filedialog: cancel\nopenfilter\n"));
@@ -191,7 +183,7 @@ TEST(DesignFileCommands, OpenLeavesFieldsOnAMissingFileAndStopsOnCancel) {
 }
 
 TEST(DesignFileCommands, DeleteAsksFirst) {
-    fs::path dir = scratch("delete");
+    fs::path dir = test::scratch("designfile-delete", true);
     test::Session s;
     ladder(0, 4, 1);
     ASSERT_TRUE(writedesignfile((dir / "x.sch").string(), 0));
@@ -254,7 +246,7 @@ TEST(DesignFileCommands, JoinsBeyondTheTablesEndQuietly) {
 }
 
 TEST(DesignFileCommands, ExamplesReachANewUsersFolder) {
-    fs::path dir = scratch("examples");
+    fs::path dir = test::scratch("designfile-examples", true);
     test::Session s;
     fs::create_directories(dir / "program" / "designs");
     {
@@ -274,7 +266,7 @@ TEST(DesignFileCommands, ExamplesReachANewUsersFolder) {
 }
 
 TEST(DesignFileCommands, TwoOpenFiltersAreBothPlotted) {
-    fs::path dir = scratch("twoplots");
+    fs::path dir = test::scratch("designfile-twoplots", true);
     test::Session s;
     ASSERT_TRUE(s.ok(test::lowpass + pick(dir / "low.sch", "savefilter") +
                      "newfilter\n>? designtitle: Command1\n"
