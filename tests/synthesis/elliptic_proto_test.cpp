@@ -261,37 +261,25 @@ TEST(EllipticProto, SinglyLoadedAndEvenLaddersKeepTheRipple) {
 
 TEST(EllipticProto, EvenOrderTerminationChoices) {
     const double rho = std::sqrt(1 - std::pow(10, -0.01)); // 0.1 dB
-    struct Case {
-        const char* cf;
-        const char* button;
-        double Zin, Zout, r0;
-        const char* type;
+    const auto moved = [rho](const std::string& z) {
+        return z == "lo" ? 50 * (1 - rho) / (1 + rho) : z == "hi" ? 50 * (1 + rho) / (1 - rho) : std::stod(z);
     };
-    const Case cases[] = {
-        {"Pi", "\"Use Zin\"", 50, 50 * (1 - rho) / (1 + rho), 50, "b"},
-        {"T", "\"Use Zin\"", 50, 50 * (1 + rho) / (1 - rho), 50, "b"},
-        {"Pi", "\"Uze Zout\"", 50 * (1 + rho) / (1 - rho), 50, 50, "b"},
-        {"T", "\"Uze Zout\"", 50 * (1 - rho) / (1 + rho), 50, 50, "b"},
-        {"Pi", "\"Use Both\"", 50, 50, 50, "c"},
-        {"T", "Command3", 50, 50, 50, "c"},
-        {"Pi", "close", 50, 50, 50, "b"}, // closed without a choice: nothing changes
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(std::string(c.cf) + " " + c.button);
+    for (const test::Row& r : test::datarows("elliptic.txt", "evenchoices")) {
+        SCOPED_TRACE(r.text(0) + " " + r.text(1));
         test::Session s;
-        ASSERT_TRUE(design(s, {.order = 6, .configuration = c.cf, .terminate = c.button}));
+        ASSERT_TRUE(design(s, {.order = 6, .configuration = r.text(0), .terminate = r.text(1)}));
         EXPECT_TRUE(s.runner.desk.queue.empty());
-        EXPECT_NEAR(slot(0).Zin.value(), c.Zin, 1e-9);
-        EXPECT_NEAR(slot(0).Zout.value(), c.Zout, 1e-9);
-        EXPECT_EQ(slot(0).r0.value(), c.r0);
-        EXPECT_EQ(elliptic.designtype, c.type);
+        EXPECT_NEAR(slot(0).Zin.value(), moved(r.text(2)), 1e-9);
+        EXPECT_NEAR(slot(0).Zout.value(), moved(r.text(3)), 1e-9);
+        EXPECT_EQ(slot(0).r0.value(), 50);
+        EXPECT_EQ(elliptic.designtype, r.text(4));
         EXPECT_FALSE(store.oddorder);
         // The stop-band edge is moved up (w2 = w1 / snc[n]^2 or w1 / snd[n]^2).
         EXPECT_GT(slot(0).w2.value(), 1000.0 * 1.5 * 0.999);
         EXPECT_EQ(store.help1,
                   "Even order Elliptic filters cannot be realized without mutual inductances unless some "
                   "changes are made to your specifications.");
-        if (std::string(c.button) == "close") {
+        if (r.text(1) == "close") {
             EXPECT_EQ(flow.termchoice, "");
         }
     }
