@@ -111,10 +111,7 @@ TEST(Undo, TwoFiltersAndFileNewDisableIt) {
     EXPECT_TRUE(menuenabled("undo"));
     store.lastslot = 1; // a second filter takes slot 1
     updatemenus();
-    EXPECT_FALSE(menuenabled("undo"));
-    schem.dipoleselected = false;
-    schematicwindow(0).click("symbol", 2);
-    EXPECT_FALSE(schem.dipoleselected) << "a click is ignored while two filters are open";
+    EXPECT_FALSE(menuenabled("undo")); // (a click is ignored meanwhile: the edit menu's test)
     newfilter_Click();
     EXPECT_EQ(undostate.undodepth, 0);
     EXPECT_EQ(findmenu("undo")->caption, "Undo");
