@@ -34,38 +34,21 @@ void terms(int order, double zin, double zout) {
 
 TEST(TableReading, RecordSelection) {
     test::Session session;
-    const char* odd = "3,0,9,9,9\n3,1,1,2,3\n3,.5,4,5,6\n3,.2,7,8,9\n";
-    const char* even = "2,1.5,1,2\n2,3,3,4\n2,0,5,6\n";
-    // Table, order and terminations asked for, the ratio chosen, and one g of it.
-    const struct {
-        const char* table;
-        int order;
-        double zin, zout, ratio;
-        int k;
-        double g;
-    } cases[] = {
-        {odd, 3, 50, 50, 1, 1, 1},   // equal ends: the stored 0 reads 100 and is passed over
-        {odd, 3, 50, 30, .5, 1, 4},  // odd: the first ratio not above t, whichever end is larger
-        {odd, 3, 30, 100, .2, 3, 9},
-        {even, 2, 50, 50, 1.5, 1, 1}, // even: the first ratio above t
-        {even, 2, 100, 50, 3, 1, 3},
-        {even, 2, 50, 200, 100, 2, 6}, // 0 reads 100 and takes every t below it
-        {"2,1.5,1,2\n3,1,7,8,9\n", 4, 50, 50, 1, 1, 7}, // an order the file lacks: the last record stands
-    };
-    for (const auto& c : cases) {
-        terms(c.order, c.zin, c.zout);
-        opentext(c.table);
+    for (const test::Row& r : test::datarows("layouts.txt", "tablechoice")) {
+        const int order = r.whole(1);
+        terms(order, r.num(2), r.num(3));
+        opentext(r.text(0));
         gettabledata();
-        EXPECT_EQ(tables.tabratio, c.ratio) << c.table << c.zin << c.zout;
-        EXPECT_EQ(store.g[c.k], c.g);
-        if (c.order < 4) {
-            EXPECT_EQ(store.oddorder, c.order % 2 == 1);
+        EXPECT_EQ(tables.tabratio, r.num(4)) << r.text(0) << r.text(2) << r.text(3);
+        EXPECT_EQ(store.g[r.whole(5)], r.num(6));
+        if (order < 4) {
+            EXPECT_EQ(store.oddorder, order % 2 == 1);
         }
         EXPECT_FALSE(tables.file1.is_open());
     }
     // getCRtabledata takes the first record of the order, whatever its ratio.
     terms(3, 50, 50);
-    opentext(odd);
+    opentext("3,0,9,9,9\n3,1,1,2,3\n");
     getCRtabledata();
     EXPECT_EQ(store.g[1], 9);
     EXPECT_FALSE(tables.file1.is_open());
