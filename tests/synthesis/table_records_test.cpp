@@ -188,20 +188,18 @@ TEST(TableRecords, TransitionalGaussianEveryRecord) {
 }
 
 // Legendre: 1/|H|^2 = 1 + L_n(w^2); the published polynomials of orders 3 to 5 give the
-// attenuation, and every order is monotonic in the pass band.
+// attenuation (tests/data/prototypes.txt), and every order is monotonic in the pass band.
 void legendreproperty(const Record& r) {
-    auto L = [&](double x) {
-        switch (r.n) {
-        case 3: return 3 * x * x * x - 3 * x * x + x;
-        case 4: return 6 * std::pow(x, 4) - 8 * x * x * x + 3 * x * x;
-        case 5: return 20 * std::pow(x, 5) - 40 * std::pow(x, 4) + 28 * x * x * x - 8 * x * x + x;
-        default: return -1.0;
-        }
-    };
-    for (double w : {0.3, 0.6, 0.9, 1.3, 2.0})
-        if (L(0.5) >= 0) {
-            EXPECT_NEAR(attn(w), 10 * std::log10(1 + L(w * w)), 0.005) << "w " << w;
-        }
+    static const auto published = test::datarows("prototypes.txt", "legendre");
+    for (const test::Row& p : published) {
+        if (p.whole(0) != r.n) continue;
+        auto L = [&](double x) {
+            double sum = 0;
+            for (size_t k = p.field.size() - 1; k >= 1; --k) sum = (sum + p.num(k)) * x;
+            return sum;
+        };
+        for (double w : {0.3, 0.6, 0.9, 1.3, 2.0}) EXPECT_NEAR(attn(w), 10 * std::log10(1 + L(w * w)), 0.005) << w;
+    }
     double prev = 0;
     for (double w = 0.05; w <= 1.0; w += 0.05) {
         const double a = attn(w);
