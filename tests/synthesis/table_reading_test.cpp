@@ -66,22 +66,8 @@ TEST(TableReading, TruncatedRecordIsAHostFault) {
     }
 }
 
-// The shipped tables through the command: order 10 is accepted, 11 refused with the
-// file closed and the slot given up.
-TEST(TableReading, OrderLimitOfTheCommands) {
-    test::Session s;
-    EXPECT_TRUE(s.ok("> selfunction: \"Accept design\"\n> Getdata: 1000 10 50 50\n> Getdata: Lossless\n"
-                     ">? designtitle: Text1=\"B\" Command1\nBessel\n"));
-    EXPECT_EQ(slot(0).code, "TLP");
-    EXPECT_EQ(slot(0).count(), 12);
-    EXPECT_EQ(slot(0).dip(11).type, 2);
-    EXPECT_FALSE(tables.file1.is_open());
-    EXPECT_TRUE(s.ok("newfilter\n> selfunction: \"Accept design\"\n> Getdata: 1000 11 50 50\n"
-                     "> Getdata: Lossless\nBessel\ndump messages\n"));
-    EXPECT_NE(s.take().find("text=\"Maximum order is 10.\""), std::string::npos);
-    EXPECT_FALSE(tables.file1.is_open());
-    EXPECT_EQ(store.lastslot, -1);
-}
+// The order limit of the table commands with the shipped tables is the golden script
+// table_order_limit.
 
 // The termination table of tablerealize, row by row (tests/data/layouts.txt).
 TEST(TableReading, RealizeEveryRowOfTheTerminationTable) {
