@@ -2,7 +2,8 @@
 // options written at the first start and kept afterwards, the bar mirroring the menu
 // model, a Butterworth low-pass clicked through the dialogs against the same design run
 // as a batch script, the schematic's zoom and dipole clicks, the save and unsaved-changes
-// questions, the print and export entries, Escape and the entry palettes. (The
+// questions, the print and export entries, Escape and the entry palettes, all in one
+// session. (The
 // inductor window's lists are the batch tests'.)
 #include <gtest/gtest.h>
 
@@ -417,18 +418,12 @@ TEST(QtShell, ButterworthLowPassThroughTheDialogs) {
     EXPECT_TRUE(f->action("butterworth")->isEnabled());
     EXPECT_EQ(f->windowTitle(), "ZELK Filter Design");
     EXPECT_FALSE(sub->isMaximized());
-    stop(f);
-}
-
-// Esc is Cancel: in the function selector it abandons the design instead of accepting.
-// Enter Design: the series palette is a window of pictures beside the schematic; a click
-// on the resistor picture opens its value panel and brings up the shunt palette, whose
-// CANCEL button drops the entry.
-TEST(QtShell, EscapeAndTheEntryPalettes) {
-    QtDesktop desk;
-    DesignFrame* f = desk.start();
-    f->show();
-    Clicker c(desk);
+    // Esc is Cancel: in the function selector it abandons the design instead of accepting.
+    // Enter Design: the series palette is a window of pictures beside the schematic; a
+    // click on the resistor picture opens its value panel and brings up the shunt palette,
+    // whose CANCEL button drops the entry.
+    c.steps.clear();
+    c.seen.clear();
     c.steps.push_back({"selfunction", [](QWidget* v) { QTest::keyClick(v, Qt::Key_Escape); }});
     trigger(f, "butterworth");
     c.expectdone();
