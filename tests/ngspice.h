@@ -3,7 +3,6 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <cmath>
 #include <cstdlib>
@@ -16,16 +15,11 @@
 #include "analysis/response.h"
 #include "analysis/spiceexport.h"
 #include "core/designstore.h"
+#include "testsupport.h"
 
 namespace zelk::test {
 
 inline bool havengspice() { return std::system("ngspice --version > /dev/null 2>&1") == 0; }
-
-inline std::filesystem::path spiceworkdir() {
-    auto p = std::filesystem::temp_directory_path() / ("zelk-spice-test-" + std::to_string(::getpid()));
-    std::filesystem::create_directories(p);
-    return p;
-}
 
 struct SpiceRow {
     double f, vm, vp;
@@ -59,7 +53,7 @@ inline int crosscheck(const std::string& name, double F1, double F2) {
     std::string text = deck.str();
     if (const auto end = text.rfind(".end"); end != std::string::npos)
         text.insert(end, ".control\nset numdgt=12\n.endc\n");
-    auto file = spiceworkdir() / (name + ".cir");
+    auto file = scratch("spice") / (name + ".cir");
     std::ofstream(file) << text;
     const std::vector<SpiceRow> rows = runngspice(file);
     EXPECT_GE(rows.size(), 500u) << name;

@@ -10,6 +10,7 @@
 
 #include "core/designstore.h"
 #include "core/hostmath.h"
+#include "files.h"
 
 namespace zelk::test {
 
@@ -142,6 +143,15 @@ inline void buildladder(int s, const Ladder& sp) {
     sl.Zin = R0, sl.Zout = R0;
     sl.w0 = w0 / (2 * pi) * TWOPI, sl.w1 = sp.f1 * TWOPI, sl.w2 = sp.f2 * TWOPI;
     sl.title = "test ladder";
+}
+
+// The ladder of fields i.. of a row of tests/data/ladders.txt: kind, family, ripple,
+// order, Pi or T, terminations, f1, f2, Qu.
+inline Ladder ladderrow(const Row& r, size_t i = 0) {
+    const int n = r.whole(i + 3);
+    return {static_cast<Kind>(std::string("LPHPBPBR").find(r.text(i)) / 2),
+            r.text(i + 1) == "butterworth" ? butterworthg(n) : chebyshevg(n, r.num(i + 2)),
+            r.text(i + 4) == "Pi", r.num(i + 5), r.num(i + 6), r.num(i + 7), r.num(i + 8)};
 }
 
 // A chain matrix built arm by arm from the source end.

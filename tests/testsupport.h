@@ -15,9 +15,11 @@
 namespace zelk::test {
 
 // A scratch folder of this test process under the system's temporary folder: test
-// processes run side by side, and each must have files of its own.
-inline std::filesystem::path scratch(const std::string& name) {
+// processes run side by side, and each must have files of its own. `empty`: nothing left
+// in it from an earlier use.
+inline std::filesystem::path scratch(const std::string& name, bool empty = false) {
     auto dir = std::filesystem::temp_directory_path() / ("zelk-" + name + "-" + std::to_string(::getpid()));
+    if (empty) std::filesystem::remove_all(dir);
     std::filesystem::create_directories(dir);
     return dir;
 }
@@ -35,6 +37,13 @@ struct Session {
     }
     // Runs script text; returns the exit status.
     int run(const std::string& script) { return runner.runtext(script); }
+    // Runs script text: success when it ends with status 0, else the status and the
+    // runner's diagnostics.
+    ::testing::AssertionResult ok(const std::string& script) {
+        const int status = run(script);
+        if (status == 0) return ::testing::AssertionSuccess();
+        return ::testing::AssertionFailure() << "exit status " << status << ": " << err.str();
+    }
     // Output so far, and cleared.
     std::string take() {
         std::string s = out.str();

@@ -16,6 +16,7 @@
 #include "analysis/walkers.h"
 #include "core/designstore.h"
 #include "core/dipoles.h"
+#include "files.h"
 #include "testsupport.h"
 
 namespace zelk {
@@ -69,42 +70,27 @@ void useslot(int s) {
     store.curslot = 0;
 }
 
-struct FamilyCase {
-    const char* name;
-    test::Ladder ladder;
-    double F1, F2;
-};
-
 using test::Kind;
-const FamilyCase families[] = {
-    {"Butterworth LP 7, Pi", {Kind::LP, test::butterworthg(7), true, 50, 1e6, 0, 0}, 1e4, 1e8},
-    {"Butterworth LP 30, Pi", {Kind::LP, test::butterworthg(30), true, 50, 1e6, 0, 0}, 1e5, 1e7},
-    {"Chebyshev LP 9, T, lossy", {Kind::LP, test::chebyshevg(9, 0.1), false, 75, 10e6, 0, 60}, 1e5, 1e9},
-    {"Butterworth HP 8, Pi", {Kind::HP, test::butterworthg(8), true, 50, 1e6, 0, 0}, 1e4, 1e8},
-    {"Chebyshev HP 7, T, lossy", {Kind::HP, test::chebyshevg(7, 0.5), false, 600, 3e3, 0, 30}, 10, 1e6},
-    {"Butterworth BP 6, Pi", {Kind::BP, test::butterworthg(6), true, 50, 9e6, 11e6, 0}, 1e6, 1e8},
-    {"Chebyshev BP 5, T, lossy", {Kind::BP, test::chebyshevg(5, 0.2), false, 50, 455e3, 465e3, 200}, 3e5, 6e5},
-    {"Butterworth BR 5, Pi", {Kind::BR, test::butterworthg(5), true, 50, 1e6, 2e6, 0}, 1e5, 1e7},
-    {"Chebyshev BR 7, T, lossy", {Kind::BR, test::chebyshevg(7, 1.0), false, 300, 88e6, 108e6, 150}, 1e7, 1e9},
-};
 
 TEST(BlockWalk, EveryPlotOfEveryFamilyIsTheOnePointWalks) {
     test::Session session;
-    for (const FamilyCase& c : families) {
-        SCOPED_TRACE(c.name);
+    for (const test::Row& r : test::datarows("ladders.txt", "blockwalk")) {
+        const std::string name = r.text(0) + " " + r.text(1) + " " + r.text(3) + " " + r.text(4);
+        SCOPED_TRACE(name);
         useslot(0);
-        test::buildladder(0, c.ladder);
-        Outcome o = compare(0, c.F1, c.F2);
+        const test::Ladder ladder = test::ladderrow(r);
+        test::buildladder(0, ladder);
+        Outcome o = compare(0, r.num(9), r.num(10));
         EXPECT_TRUE(o.ok);
         EXPECT_TRUE(o.allblock);
         // The same design as the second filter: its return loss still refers to slot 0.
-        test::Ladder other = c.ladder;
+        test::Ladder other = ladder;
         other.R0 *= 1.5;
         useslot(1);
         test::buildladder(1, other);
-        EXPECT_TRUE(compare(1, c.F1, c.F2).ok);
+        EXPECT_TRUE(compare(1, r.num(9), r.num(10)).ok);
         store.lastslot = 0;
-        RecordProperty(c.name, std::to_string(o.worst));
+        RecordProperty(name, std::to_string(o.worst));
     }
     EXPECT_TRUE(session.runner.desk.messages.empty());
 }
@@ -250,49 +236,38 @@ TEST(BlockWalk, AFaultInsideABlockBringsTheBoxForItsDipoleAndFilter) {
 // the harmonic frequencies, and the drawn values from the rotation recurrence against
 // the direct sums of cosines (harmonicseries), for every kind on designs of several
 // families.
-struct TimeCase {
-    const char* name;
-    test::Ladder ladder;
-    double T, D, fT; // plot time, duty cycle, tone (Hz)
-};
-const TimeCase timecases[] = {
-    {"Butterworth LP 30", {Kind::LP, test::butterworthg(30), true, 50, 1e6, 0, 0}, 10e-6, 0.3, 2e6},
-    {"Chebyshev LP 9 lossy", {Kind::LP, test::chebyshevg(9, 0.5), false, 75, 3e6, 0, 80}, 20e-6, 0.1, 1e6},
-    {"Butterworth HP 6", {Kind::HP, test::butterworthg(6), true, 50, 100e3, 0, 0}, 50e-6, 0.5, 300e3},
-    {"Chebyshev BP 5 lossy", {Kind::BP, test::chebyshevg(5, 0.2), false, 50, 9e6, 11e6, 150}, 5e-6, 0.25, 10e6},
-    {"Butterworth BR 4", {Kind::BR, test::butterworthg(4), true, 50, 1e6, 3e6, 0}, 8e-6, 0.4, 1.7e6},
-};
-
 TEST(BlockWalk, TimePlotsAreTheOnePointWalksAndTheDirectSums) {
     test::Session session;
-    for (const TimeCase& c : timecases) {
+    for (const test::Row& r : test::datarows("ladders.txt", "timeplots")) {
+        const std::string name = r.text(0) + " " + r.text(1) + " " + r.text(3);
+        const double T = r.num(9), D = r.num(10), fT = r.num(11); // plot time, duty cycle, tone
         useslot(0);
-        test::buildladder(0, c.ladder);
+        test::buildladder(0, test::ladderrow(r));
         for (TimeKind kind : {TimeKind::Impulse, TimeKind::Step, TimeKind::Pulse, TimeKind::TonePulse}) {
-            SCOPED_TRACE(std::string(c.name) + " kind " + std::to_string(static_cast<int>(kind)));
+            SCOPED_TRACE(name + " kind " + std::to_string(static_cast<int>(kind)));
             Harmonics h;
-            ASSERT_TRUE(harmonicpass(kind, 0, c.T, c.D, TWOPI * c.fT, h));
+            ASSERT_TRUE(harmonicpass(kind, 0, T, D, TWOPI * fT, h));
             // The walk of each harmonic, one point at a time.
-            const double w1 = TWOPI / c.T;
+            const double w1 = TWOPI / T;
             for (int k = kind == TimeKind::Impulse || kind == TimeKind::Step ? 1 : 0; k <= HARMONICS; ++k) {
-                double w = kind == TimeKind::TonePulse ? (k == 0 ? TWOPI * c.fT : TWOPI * c.fT + k * w1)
+                double w = kind == TimeKind::TonePulse ? (k == 0 ? TWOPI * fT : TWOPI * fT + k * w1)
                            : kind == TimeKind::Pulse && k == 0 ? TWOPI
                                                                : k * w1;
                 store.wA = w;
                 forwardwalk(0);
                 double amp = walk.Vratio;
                 if (kind == TimeKind::Pulse || kind == TimeKind::TonePulse)
-                    amp = k == 0 ? amp * c.D : (amp + amp) * c.D * std::sin(k * PI * c.D) / (k * PI * c.D);
+                    amp = k == 0 ? amp * D : (amp + amp) * D * std::sin(k * PI * D) / (k * PI * D);
                 EXPECT_LE(std::abs(h.hamp[k] - amp), 1e-12 * std::max(std::abs(amp), 1e-3)) << k;
-                double shift = kind == TimeKind::Pulse || kind == TimeKind::TonePulse ? k * ((w1 * c.D * c.T) / 2) : 0;
+                double shift = kind == TimeKind::Pulse || kind == TimeKind::TonePulse ? k * ((w1 * D * T) / 2) : 0;
                 EXPECT_LE(std::abs(h.hph[k] - (walk.Vphase - shift)), 1e-12 * std::max(std::abs(walk.Vphase), 1.0)) << k;
             }
             // The drawn values against the direct sums of the same harmonics.
             double v[SWEEPPOINTS];
-            timevalues(kind, h, c.T, v);
+            timevalues(kind, h, T, v);
             double run = 0, uprev = 0, worst = 0;
             for (int i = 0; i < SWEEPPOINTS; ++i) {
-                double u = harmonicseries(kind, h, c.T * i / 512);
+                double u = harmonicseries(kind, h, T * i / 512);
                 if (kind == TimeKind::Step) {
                     u = (u / 512) * 4;
                     run = run + (u - uprev) + uprev;

@@ -13,6 +13,7 @@
 #include "analysis/statistics.h"
 #include "core/designstore.h"
 #include "core/framestate.h"
+#include "files.h"
 #include "testsupport.h"
 
 namespace zelk {
@@ -32,18 +33,12 @@ struct GivenRandom : ScriptedDesktop {
 
 TEST(RandomRules, SpreadAndSignOfGivenNumbers) {
     test::Session s;
-    struct Case {
-        double rnd, spread, sign;
-    };
-    const Case cases[] = {{0, -1, -1},      {0.05, -1, -1},  {0.1, -0.8, -1}, {0.45, -0.2, -1},
-                          {0.5, 0, 0},      {0.55, 0, 1},    {0.7, 0.4, 1},   {0.9, 0.8, 1},
-                          {0.99999, 0.8, 1}};
     GivenRandom g;
     setdesktop(&g);
-    for (const Case& c : cases) {
-        g.r = {c.rnd};
-        EXPECT_NEAR(randomspread(), c.spread, 1e-15) << c.rnd;
-        EXPECT_EQ(randomsign(), c.sign) << c.rnd;
+    for (const test::Row& r : test::datarows("analysis.txt", "random")) {
+        g.r = {r.num(0)};
+        EXPECT_NEAR(randomspread(), r.num(1), 1e-15) << r.text(0);
+        EXPECT_EQ(randomsign(), r.num(2)) << r.text(0);
     }
     setdesktop(&s.runner.desk);
 }
@@ -66,7 +61,7 @@ TEST(Perturb, EachAnalysisMovesThePartsByItsRule) {
     for (Analysis a : {Analysis::MonteCarlo, Analysis::WorstCase, Analysis::Sensitivity}) {
         SCOPED_TRACE(static_cast<int>(a));
         test::Session s;
-        ASSERT_EQ(s.run(chebyshevbp), 0) << s.err.str();
+        ASSERT_TRUE(s.ok(chebyshevbp));
         dipole(0, 2).Qu = 100; // a lossy inductor, so that the Q fields take part
         store.Rtol = 0.05, store.Ltol = 0.1, store.Ctol = 0.02, store.Qtol = 0.2;
         slot(1) = slot(0);
@@ -111,7 +106,7 @@ struct BandPoint {
 
 std::vector<BandPoint> band(test::Session& s, const std::string& plot) {
     s.take();
-    EXPECT_EQ(s.run("dump band " + plot + "\n"), 0);
+    EXPECT_TRUE(s.ok("dump band " + plot + "\n"));
     std::istringstream in(s.take());
     std::vector<BandPoint> b;
     int i;
@@ -122,11 +117,9 @@ std::vector<BandPoint> band(test::Session& s, const std::string& plot) {
 
 TEST(MonteCarlo, SeededRunBandsTheNominalGain) {
     test::Session s;
-    ASSERT_EQ(s.run(std::string(chebyshevbp) + pegplot), 0) << s.err.str();
-    ASSERT_EQ(s.run("option seed 1\noption passes 500\nstatistical\n> Getdata: 5 5 20 5\n"
-                    "event statistics Label1 click\n"),
-              0)
-        << s.err.str();
+    ASSERT_TRUE(s.ok(std::string(chebyshevbp) + pegplot));
+    ASSERT_TRUE(s.ok("option seed 1\noption passes 500\nstatistical\n> Getdata: 5 5 20 5\n"
+                     "event statistics Label1 click\n"));
     EXPECT_EQ(stats.passes, 500);
     EXPECT_FALSE(stats.montecarlorunning);
     EXPECT_EQ(store.lastslot, 0);
@@ -143,7 +136,7 @@ TEST(MonteCarlo, SeededRunBandsTheNominalGain) {
     }
     EXPECT_GE(inside, SWEEPPOINTS * 95 / 100);
     // The same seed gives the same band.
-    ASSERT_EQ(s.run("> Getdata: 5 5 20 5\nevent statistics Label1 click\n"), 0);
+    ASSERT_TRUE(s.ok("> Getdata: 5 5 20 5\nevent statistics Label1 click\n"));
     const std::vector<BandPoint> again = band(s, "plotPEG");
     ASSERT_EQ(again.size(), b.size());
     for (size_t i = 0; i < b.size(); ++i) EXPECT_EQ(again[i].hi, b[i].hi) << i;
@@ -151,30 +144,30 @@ TEST(MonteCarlo, SeededRunBandsTheNominalGain) {
 
 TEST(MonteCarlo, OneStepModeRunsOnePassPerClickUntilStoppedOrFileNew) {
     test::Session s;
-    ASSERT_EQ(s.run(std::string(chebyshevbp) + pegplot + "statistical\nevent statistics Label5 click\n"), 0);
+    ASSERT_TRUE(s.ok(std::string(chebyshevbp) + pegplot + "statistical\nevent statistics Label5 click\n"));
     EXPECT_EQ(statistics.ctl("Label5").caption, "Select Analysis Type");
-    ASSERT_EQ(s.run("> Getdata: 5 5 20 5\nevent statistics Label1 click\n"), 0) << s.err.str();
+    ASSERT_TRUE(s.ok("> Getdata: 5 5 20 5\nevent statistics Label1 click\n"));
     EXPECT_EQ(statistics.ctl("Label5").caption, "Plot One Step");
     EXPECT_EQ(stats.passes, 1);
     EXPECT_TRUE(stats.montecarlorunning);
     EXPECT_EQ(store.lastslot, 1);
-    ASSERT_EQ(s.run("event statistics Label5 click\nevent statistics Label5 click\n"), 0);
+    ASSERT_TRUE(s.ok("event statistics Label5 click\nevent statistics Label5 click\n"));
     EXPECT_EQ(stats.passes, 3);
     // A second click on the label stops the run with one more pass.
-    ASSERT_EQ(s.run("event statistics Label1 click\n"), 0);
+    ASSERT_TRUE(s.ok("event statistics Label1 click\n"));
     EXPECT_EQ(stats.passes, 4);
     EXPECT_FALSE(stats.montecarlorunning);
     EXPECT_EQ(store.lastslot, 0);
     // Reset.
-    ASSERT_EQ(s.run("event statistics Label4 click\n"), 0);
+    ASSERT_TRUE(s.ok("event statistics Label4 click\n"));
     EXPECT_FALSE(stats.onestepmode);
     EXPECT_EQ(statistics.ctl("Label5").caption, "Enable One Step Mode");
     EXPECT_EQ(store.help2, "Click 'Restore Defaults' on plot window to reset analysis.");
     // File New during a one-step run: the next step finds the design gone and stops
     // without touching the slots.
-    ASSERT_EQ(s.run("event statistics Label5 click\n> Getdata: 5 5 20 5\nevent statistics Label1 click\n"), 0);
+    ASSERT_TRUE(s.ok("event statistics Label5 click\n> Getdata: 5 5 20 5\nevent statistics Label1 click\n"));
     ASSERT_TRUE(stats.montecarlorunning);
-    ASSERT_EQ(s.run("newfilter\nevent statistics Label5 click\n"), 0) << s.err.str();
+    ASSERT_TRUE(s.ok("newfilter\nevent statistics Label5 click\n"));
     EXPECT_FALSE(stats.montecarlorunning);
     EXPECT_EQ(store.lastslot, -1);
 }
@@ -185,11 +178,10 @@ TEST(MonteCarlo, OneStepModeRunsOnePassPerClickUntilStoppedOrFileNew) {
 // moves that part alone.
 TEST(Statistics, SensitivityAsksForTheTickedParts) {
     test::Session s;
-    ASSERT_EQ(s.run(std::string(chebyshevbp) + pegplot + "option passes 20\nstatistical\n"
-                    "> Getdata: 10 10 20 10\n> Sanalysis: Check2(2) Command1\n"
-                    "event statistics Label3 click\n"),
-              0)
-        << s.err.str();
+    ASSERT_TRUE(s.ok(std::string(chebyshevbp) + pegplot +
+                     "option passes 20\nstatistical\n"
+                     "> Getdata: 10 10 20 10\n> Sanalysis: Check2(2) Command1\n"
+                     "event statistics Label3 click\n"));
     EXPECT_EQ(stats.passes, 20);
     for (int d = 1; d <= slot(0).count(); ++d) {
         const Dipole &p = dipole(0, d), &q = dipole(1, d);
@@ -202,10 +194,9 @@ TEST(Statistics, SensitivityAsksForTheTickedParts) {
 TEST(Statistics, AbortInTheAnalysisErrorStopsTheRun) {
     test::Session s;
     // 100 % at the limits makes parts of 0: the walk's fault box comes, Abort ends the run.
-    ASSERT_EQ(s.run(std::string(chebyshevbp) + pegplot + "option passes 50\nstatistical\n"
-                    "> Getdata: 100 100 20 100\n>? msgbox: Abort\nevent statistics Label2 click\n"),
-              0)
-        << s.err.str();
+    ASSERT_TRUE(s.ok(std::string(chebyshevbp) + pegplot +
+                     "option passes 50\nstatistical\n"
+                     "> Getdata: 100 100 20 100\n>? msgbox: Abort\nevent statistics Label2 click\n"));
     ASSERT_FALSE(s.runner.desk.messages.empty());
     EXPECT_EQ(s.runner.desk.messages.back().title, "ANALYSIS ERROR");
     EXPECT_LT(stats.passes, 50);
@@ -236,8 +227,7 @@ TEST(Statistics, ClosingAPlotOrFileNewDuringARunStopsIt) {
     const Case cases[] = {{[] { plotPEG.unload(); }, 0, true}, {[] { newfilter_Click(); }, -1, false}};
     for (const Case& c : cases) {
         test::Session s;
-        ASSERT_EQ(s.run(std::string(chebyshevbp) + pegplot + "> Getdata: 8M 12M 0 -80\nPIG\nstatistical\n"), 0)
-            << s.err.str();
+        ASSERT_TRUE(s.ok(std::string(chebyshevbp) + pegplot + "> Getdata: 8M 12M 0 -80\nPIG\nstatistical\n"));
         InterruptingDesktop d;
         d.action = c.action;
         d.queue.push_back({"Getdata", {"5", "5", "20", "5"}, false, 0, 0});

@@ -1,7 +1,6 @@
 // The export verbs of the batch runner: every picture format of a schematic and a plot,
 // the refusals, and a write that fails leaving the older file whole.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -23,15 +22,9 @@ butterworth
 PEG
 )";
 
-fs::path workdir() {
-    fs::path p = fs::temp_directory_path() / ("zelk-export-test-" + std::to_string(::getpid()));
-    fs::create_directories(p);
-    return p;
-}
-
 TEST(ExportVerbs, PicturesOfSchematicAndPlotCarryTheirFormat) {
     test::Session s;
-    ASSERT_EQ(s.run(design), 0) << s.err.str();
+    ASSERT_TRUE(s.ok(design));
     struct Case {
         const char* format;
         std::string magic;
@@ -39,7 +32,7 @@ TEST(ExportVerbs, PicturesOfSchematicAndPlotCarryTheirFormat) {
     const Case cases[] = {{"svg", "<?xml"}, {"pdf", "%PDF-"}, {"png", "\x89PNG\r\n"}};
     for (const char* window : {"schematic", "plotPEG"}) {
         for (const Case& c : cases) {
-            fs::path file = workdir() / (std::string(window) + "." + c.format);
+            fs::path file = test::scratch("export") / (std::string(window) + "." + c.format);
             fs::remove(file);
             int status = s.run(std::string("export ") + c.format + " " + window + " \"" + file.string() + "\"\n");
             if (status != 0 && s.err.str().find("without cairo") != std::string::npos) continue;
@@ -58,31 +51,17 @@ TEST(ExportVerbs, PicturesOfSchematicAndPlotCarryTheirFormat) {
 
 TEST(ExportVerbs, RefusalsSayWhy) {
     test::Session s;
-    struct Case {
-        std::string line, message;
-    };
-    const Case before[] = {
-        {"export touchstone x.s2p", "no design is open"},
-        {"export csv plotPEG x.csv", "has not been drawn"},
-        {"export svg plotPEG x.svg", "is not open"},
-        {"export png nowindow x.png", "unknown window"},
-        {"export pdf plotPEG", "export pdf WINDOW FILE"},
-        {"export touchstone", "export needs"},
-        {"export csv plotPEG", "export csv PLOT FILE"},
-        {"export csv nosuchplot x.csv", "no plot nosuchplot"},
-        {"export tiff plotPEG x.tif", "unknown export"},
-    };
-    for (const Case& c : before) {
+    for (const test::Row& r : test::datarows("batch.txt", "exports")) {
         s.err.str("");
-        EXPECT_EQ(s.run(c.line + "\n"), 1) << c.line;
-        EXPECT_NE(s.err.str().find(c.message), std::string::npos) << c.line << ": " << s.err.str();
+        EXPECT_EQ(s.run(r.text(0) + "\n"), 1) << r.text(0);
+        EXPECT_NE(s.err.str().find(r.text(1)), std::string::npos) << r.text(0) << ": " << s.err.str();
     }
 }
 
 TEST(ExportVerbs, FailedWriteLeavesTheOlderFile) {
     test::Session s;
-    ASSERT_EQ(s.run(design), 0) << s.err.str();
-    const fs::path dir = workdir() / "failing";
+    ASSERT_TRUE(s.ok(design));
+    const fs::path dir = test::scratch("export") / "failing";
     fs::remove_all(dir);
     fs::create_directories(dir);
     const char* const verbs[][2] = {{"touchstone", "old.s2p"}, {"csv plotPEG", "old.csv"}, {"spice", "old.cir"},
@@ -98,7 +77,7 @@ TEST(ExportVerbs, FailedWriteLeavesTheOlderFile) {
         EXPECT_EQ(test::readfile(target), "older file\n") << verb;
         fs::remove_all(dir / ("." + std::string(name) + ".writing"));
         // And with the way clear the same verb replaces it.
-        EXPECT_EQ(s.run(std::string("export ") + verb + " \"" + target.string() + "\"\n"), 0) << s.err.str();
+        EXPECT_TRUE(s.ok(std::string("export ") + verb + " \"" + target.string() + "\"\n"));
         EXPECT_NE(test::readfile(target), "older file\n") << verb;
         EXPECT_FALSE(fs::exists(dir / ("." + std::string(name) + ".writing"))) << verb;
     }
@@ -111,9 +90,9 @@ TEST(ExportVerbs, FailedWriteLeavesTheOlderFile) {
 // The export leaves the analysis values of the store as it found them.
 TEST(ExportVerbs, TouchstoneLeavesTheStoreAlone) {
     test::Session s;
-    ASSERT_EQ(s.run(design + std::string("dump slot 0\n")), 0) << s.err.str();
+    ASSERT_TRUE(s.ok(design + std::string("dump slot 0\n")));
     std::string before = s.take();
-    ASSERT_EQ(s.run("export touchstone \"" + (workdir() / "alone.s2p").string() + "\"\ndump slot 0\n"), 0);
+    ASSERT_TRUE(s.ok("export touchstone \"" + (test::scratch("export") / "alone.s2p").string() + "\"\ndump slot 0\n"));
     EXPECT_EQ(s.take(), before);
 }
 

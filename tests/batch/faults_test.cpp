@@ -1,5 +1,6 @@
-// Inputs found by fuzzing the batch runner and the design files: each ends in a clear
-// exit status and message, and none leaves a value that is not finite in the store.
+// The batch runner: its tokenizer, exit statuses and answer queue, and the inputs found by
+// fuzzing it and the design files: each ends in a clear exit status and message, and none
+// leaves a value that is not finite in the store.
 #include <gtest/gtest.h>
 
 #include <sys/wait.h>
@@ -8,10 +9,13 @@
 #include <filesystem>
 #include <fstream>
 
+#include "batch/scripteddesktop.h"
+#include "core/commands.h"
 #include "core/designstore.h"
 #include "core/framestate.h"
-#include "fuzz/batchcheck.h"
+#include "entry/panel.h"
 #include "files.h"
+#include "fuzz/batchcheck.h"
 #include "testsupport.h"
 
 using namespace zelk;
@@ -27,64 +31,24 @@ bool allslotsfinite() {
     return true;
 }
 
-// A fresh empty folder for one test's files.
-fs::path scratch(const std::string& name) {
-    fs::path dir = test::scratch("faults-" + name);
-    fs::remove_all(dir);
-    fs::create_directories(dir);
-    return dir;
-}
-
-struct Refused {
-    const char* name;
-    std::string script;
-    std::string message; // the diagnostic, with the line it names
-};
-
-class ScriptRefused : public ::testing::TestWithParam<Refused> {};
-
 } // namespace
 
-// Lines whose numbers or indices do not fit, or are no numbers: exit status 1 and a
-// message naming the line, never an exception out of the runner.
-TEST_P(ScriptRefused, ExitsOneNamingTheLine) {
-    const Refused& c = GetParam();
-    test::Session s;
-    EXPECT_EQ(s.run(c.script), 1);
-    EXPECT_NE(s.err.str().find(c.message), std::string::npos) << s.err.str();
-    EXPECT_TRUE(allslotsfinite());
+// Lines whose numbers or indices do not fit, or are no numbers (rows of [unfitting]):
+// exit status 1 and a message naming the line, never an exception out of the runner.
+TEST(Faults, UnfittingNumbersExitOneNamingTheLine) {
+    for (const test::Row& r : test::datarows("batch.txt", "unfitting")) {
+        SCOPED_TRACE(r.text(1));
+        test::Session s;
+        const std::string before = r.text(0) == "plotted" ? design + "> Getdata: 1M 100M -80 10\nPIG\n" : "";
+        EXPECT_EQ(s.run(before + r.text(1)), 1);
+        EXPECT_NE(s.err.str().find(r.text(2)), std::string::npos) << s.err.str();
+        EXPECT_TRUE(allslotsfinite());
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Faults, ScriptRefused,
-    ::testing::Values(
-        Refused{"SlotBeyondAnyInteger", "dump slot 99999999999999999999\n",
-                "line 1: no slot 99999999999999999999"},
-        Refused{"SlotEight", "\ndump slot 8\n", "line 2: no slot 8"},
-        Refused{"IndexBeyondAnyInteger", "> selfunction: selection(99999999999) \"Accept design\"\nbutterworth\n",
-                "line 2: window selfunction has no control selection(99999999999) (answer on line 1)"},
-        Refused{"IndexOnlyASign", "> selfunction: selection(-) \"Accept design\"\nbutterworth\n",
-                "line 2: window selfunction has no control selection(-) (answer on line 1)"},
-        Refused{"IndexNegative", "> selfunction: selection(-1) \"Accept design\"\nbutterworth\n",
-                "has no control selection(-1)"},
-        Refused{"MouseXNotANumber", design + "> Getdata: 1M 100M -80 10\nPIG\nevent plotPIG frame mousedown 1 nan 10\n",
-                "line 8: mousedown needs BUTTON X Y (numbers)"},
-        Refused{"MouseYBeyondDouble", design + "> Getdata: 1M 100M -80 10\nPIG\nevent plotPIG frame mousemove 0 10 1e999\n",
-                "line 8: mousemove needs BUTTON X Y (numbers)"},
-        Refused{"MouseButtonBeyondAnyInteger",
-                design + "> Getdata: 1M 100M -80 10\nPIG\nevent plotPIG frame mouseup 99999999999 10 10\n",
-                "line 8: mouseup needs BUTTON X Y (numbers)"},
-        Refused{"SeedNegative", "option seed -1\n", "line 1: option seed needs a whole number"},
-        Refused{"SeedNotANumber", "option seed x\n", "line 1: option seed needs a whole number"},
-        Refused{"PassesZero", "option passes 0\n", "line 1: option passes needs 1 or more"},
-        Refused{"PassesFraction", "option passes 1.5\n", "line 1: option passes needs a whole number"},
-        Refused{"PassesMissing", "option passes\n", "line 1: option NAME on|off"},
-        Refused{"BandOfNoPlot", "dump band plotNONE\n", "line 1: cannot dump band with these arguments"}),
-    [](const auto& info) { return std::string(info.param.name); });
 
 TEST(Faults, EmptyFileNameIsACancel) {
     test::Session s;
-    ASSERT_EQ(s.run("> filedialog: \"\"\nopenfilter\n> filedialog: \"\"\ndelete\n"), 0) << s.err.str();
+    ASSERT_TRUE(s.ok("> filedialog: \"\"\nopenfilter\n> filedialog: \"\"\ndelete\n"));
     EXPECT_EQ(store.lastslot, -1); // no slot taken
     EXPECT_TRUE(s.runner.desk.unread.empty());
 }
@@ -92,14 +56,13 @@ TEST(Faults, EmptyFileNameIsACancel) {
 // A folder chosen as a design file reads as a file that cannot be opened; the desktop is
 // told which and why.
 TEST(Faults, FolderChosenAsDesignFile) {
-    const fs::path dir = scratch("folder");
+    const fs::path dir = test::scratch("faults-folder", true);
     for (const char* command : {"openfilter", "append", "insert"}) {
         SCOPED_TRACE(command);
         test::Session s;
-        ASSERT_EQ(s.run(design), 0) << s.err.str();
+        ASSERT_TRUE(s.ok(design));
         const std::string title = slot(0).title;
-        ASSERT_EQ(s.run("> filedialog: \"" + dir.string() + "\"\n>? designtitle: Command1\n" + command + "\n"), 0)
-            << s.err.str();
+        ASSERT_TRUE(s.ok("> filedialog: \"" + dir.string() + "\"\n>? designtitle: Command1\n" + command + "\n"));
         ASSERT_EQ(s.runner.desk.unread.size(), 1u);
         EXPECT_EQ(s.runner.desk.unread[0].first, dir.string());
         EXPECT_EQ(s.runner.desk.unread[0].second, std::make_error_code(std::errc::is_a_directory).message());
@@ -109,63 +72,14 @@ TEST(Faults, FolderChosenAsDesignFile) {
     }
 }
 
-// Values typed beyond the range of a double: the design faults with the host's overflow,
-// the store holds what it held, and the next prompt offers the earlier values.
-TEST(Faults, TypedOverflowLeavesNoInfiniteValue) {
-    for (const std::string& zout : {std::string("1e308M"), std::string("1e309"), std::string("-1e309"), std::string(400, '9')}) {
-        SCOPED_TRACE(zout.substr(0, 10));
-        test::Session s;
-        ASSERT_EQ(s.run(design), 0) << s.err.str();
-        ASSERT_EQ(s.run("newfilter\n> selfunction: selection(0) \"Accept design\"\n"
-                        "> Getdata: 10M 15M 3 \"\" 5 50 " + zout + "\nbutterworth\n"), 0) << s.err.str();
-        ASSERT_FALSE(s.runner.desk.messages.empty());
-        EXPECT_EQ(s.runner.desk.messages.back().text, "Run-time error '6':\n\nOverflow");
-        EXPECT_EQ(slot(0).Zout.value(), 50);
-        EXPECT_TRUE(allslotsfinite());
-        ASSERT_EQ(s.run("> selfunction: selection(0) \"Accept design\"\n> Getdata: close\nbutterworth\ndump panel\n"), 0);
-        EXPECT_NE(s.take().find("row 6 label=\"Zout =\" text=\"50.\""), std::string::npos);
-    }
-}
-
-// A product of typed values beyond the range (a frequency times two pi) faults in the
-// design and is put back as well.
-TEST(Faults, ComputedOverflowIsPutBack) {
-    test::Session s;
-    ASSERT_EQ(s.run(design), 0) << s.err.str();
-    ASSERT_EQ(s.run("newfilter\n> selfunction: selection(0) \"Accept design\"\n"
-                    "> Getdata: 1.7e308 1.75e308 3 \"\" 5 50 50\n>? Getdata: Lossless\nbutterworth\n"), 0)
-        << s.err.str();
-    EXPECT_TRUE(allslotsfinite());
-    EXPECT_EQ(slot(0).dipolecount.value(), 0);
-}
-
-// Pointer positions far off the window are taken at its edge: the frequency at the
-// pointer stays finite.
-TEST(Faults, PointerFarOffThePlot) {
-    test::Session s;
-    ASSERT_EQ(s.run(design + "> Getdata: 1M 100M -80 10\nPIG\n"), 0) << s.err.str();
-    for (const char* xy : {"1e300 10", "-1e300 10", "10 1e300", "1e300 -1e300"}) {
-        SCOPED_TRACE(xy);
-        ASSERT_EQ(s.run(std::string("event plotPIG frame mousedown 1 ") + xy + "\n"), 0) << s.err.str();
-        ASSERT_EQ(s.run(std::string("event plotPIG frame mousemove 0 ") + xy + "\n"), 0) << s.err.str();
-        EXPECT_EQ(s.run(std::string("event plotPIG frame mousedown 2 ") + xy + "\n"), 0) << s.err.str();
-    }
-    test::Session t;
-    EXPECT_EQ(t.run(design + "> Getdata: 1M 4u 2 -2\nIR\nevent PLOTIR frame mousedown 1 1e300 10\n"
-                             "event PLOTIR frame mousedown 1 -1e300 10\n"), 0) << t.err.str();
-}
-
-// A linear axis of more divisions than any integer: drawn with its first 400.
-TEST(Faults, LinearAxisOfHugeRange) {
-    test::Session s;
-    ASSERT_EQ(s.run(design + "> Getdata: 1M 100M -80 1e24\nPIG\ndump curve plotPIG\n"), 0) << s.err.str();
-    EXPECT_TRUE(allslotsfinite());
-}
+// Values typed or computed beyond the range of a double, pointers far off a plot and a
+// linear axis of more divisions than any integer are the golden scripts faults_overflow
+// and faults_pointer (and their fuzz regressions replayed below).
 
 // A save that writes nothing says which file and why, keeps the older file, and leaves
 // the design unsaved; a save that works marks it saved.
 TEST(Faults, FailedSaveSaysWhyAndKeepsTheOlderFile) {
-    const fs::path dir = scratch("save");
+    const fs::path dir = test::scratch("faults-save", true);
     const fs::path readonly = dir / "kept.sch";
     std::ofstream(readonly) << "older\n";
     fs::permissions(readonly, fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
@@ -181,9 +95,9 @@ TEST(Faults, FailedSaveSaysWhyAndKeepsTheOlderFile) {
     for (auto& c : cases) {
         SCOPED_TRACE(c.chosen.string());
         test::Session s;
-        ASSERT_EQ(s.run(design), 0) << s.err.str();
+        ASSERT_TRUE(s.ok(design));
         ASSERT_FALSE(frame.designsaved);
-        ASSERT_EQ(s.run("> filedialog: \"" + c.chosen.string() + "\"\nsavefilter\n"), 0) << s.err.str();
+        ASSERT_TRUE(s.ok("> filedialog: \"" + c.chosen.string() + "\"\nsavefilter\n"));
         ASSERT_EQ(s.runner.desk.messages.size(), 1u);
         const MessageRecord& m = s.runner.desk.messages[0];
         EXPECT_EQ(m.title, "Save Filter");
@@ -196,7 +110,7 @@ TEST(Faults, FailedSaveSaysWhyAndKeepsTheOlderFile) {
     for (const auto& e : fs::directory_iterator(dir)) EXPECT_EQ(e.path().extension(), ".sch") << e.path();
 
     test::Session s;
-    ASSERT_EQ(s.run(design + "> filedialog: \"" + (dir / "new.sch").string() + "\"\nsavefilter\n"), 0);
+    ASSERT_TRUE(s.ok(design + "> filedialog: \"" + (dir / "new.sch").string() + "\"\nsavefilter\n"));
     EXPECT_TRUE(frame.designsaved);
     EXPECT_TRUE(s.runner.desk.messages.empty());
     EXPECT_EQ(test::readfile(dir / "new.sch").substr(0, 5), "\"Butt");
@@ -205,7 +119,7 @@ TEST(Faults, FailedSaveSaysWhyAndKeepsTheOlderFile) {
 // The program itself: a script that is a folder, and a number beyond any integer, end
 // in exit status 1 with a message, not in an abort.
 TEST(Faults, BatchProgramExitStatus) {
-    const fs::path dir = scratch("program");
+    const fs::path dir = test::scratch("faults-program", true);
     const fs::path script = dir / "huge.txt";
     std::ofstream(script) << "dump slot 99999999999999999999\n";
     const std::string batch = std::string(ZELK_BINARY_DIR) + "/zelkfilter-batch";
@@ -234,4 +148,94 @@ TEST(Faults, KeptFuzzScriptsReplay) {
         }
     fs::current_path(here);
     EXPECT_GE(scripts, 10);
+}
+
+namespace {
+// A command that asks the panel once and a question box, for the queue rules.
+void askboth() {
+    panelclear();
+    panelrow(0, "F1 =", "1");
+    if (!panelshow()) return;
+    slot(0).Zin = panelvalue(0);
+    int a = MsgBox("Continue?", vbYesNo | vbQuestion, "Question");
+    slot(0).Zout = a == vbYes ? 1 : 2;
+}
+void askpanel() {
+    panelclear();
+    panelrow(0, "F1 =", "1");
+    panelshow();
+}
+void tell() { MsgBox("Just so you know."); }
+const bool r1 = registercommand("testaskboth", askboth);
+const bool r2 = registercommand("testaskpanel", askpanel);
+const bool r3 = registercommand("testtell", tell);
+} // namespace
+
+TEST(Batch, Tokenizer) {
+    bool ok;
+    auto t = tokenize(R"(> Getdata: 10M "" "a b" Text1="My band-pass" "say ""hi""")", ok);
+    ASSERT_TRUE(ok);
+    ASSERT_EQ(t.size(), 7u);
+    EXPECT_EQ(unquote(t[3]), "");
+    EXPECT_EQ(unquote(t[4]), "a b");
+    EXPECT_EQ(t[5], "Text1=\"My band-pass\"");
+    EXPECT_EQ(unquote(t[6]), "say \"hi\"");
+    tokenize("\"open", ok);
+    EXPECT_FALSE(ok);
+    std::string name;
+    int index;
+    EXPECT_TRUE(splitname("selection(4)", name, index));
+    EXPECT_EQ(name, "selection");
+    EXPECT_EQ(index, 4);
+    EXPECT_TRUE(splitname("accept", name, index));
+    EXPECT_EQ(index, -1);
+    EXPECT_FALSE(splitname("x(", name, index));
+    EXPECT_FALSE(splitname("x(a)", name, index));
+}
+
+TEST(Batch, ExitStatuses) {
+    for (const test::Row& r : test::datarows("batch.txt", "statuses")) {
+        test::Session s;
+        EXPECT_EQ(s.run(r.text(0)), r.whole(1)) << r.text(0);
+        if (r.text(2) != "-") {
+            EXPECT_NE(s.err.str().find(r.text(2)), std::string::npos) << r.text(0);
+        }
+    }
+}
+
+TEST(Batch, AnswersAndMessages) {
+    test::Session s;
+    ASSERT_TRUE(s.ok("> Getdata: 7\n> msgbox: No\ntestaskboth\ntesttell\ndump messages\n"));
+    EXPECT_EQ(slot(0).Zin.value(), 7);
+    EXPECT_EQ(slot(0).Zout.value(), 2);
+    EXPECT_EQ(s.take(), "msgbox title=\"Question\" buttons=YesNo answer=No text=\"Continue?\"\n"
+                        "msgbox title=\"ZELK Filter Design\" buttons=OK answer=OK text=\"Just so you know.\"\n");
+}
+
+TEST(Batch, OptionalAnswersAreSkippedAndDropped) {
+    test::Session s;
+    // An optional answer for a window that does not open is skipped over by the others
+    // and dropped when the command after it ends.
+    ASSERT_TRUE(s.ok(">? msgbox: No\n> Getdata: 3\ntestaskpanel\n"));
+    EXPECT_TRUE(s.runner.desk.queue.empty());
+    // A window takes the first answer for it, optional or not.
+    ASSERT_TRUE(s.ok(">? msgbox: No\n> Getdata: 4\ntestaskboth\n"));
+    EXPECT_EQ(slot(0).Zin.value(), 4);
+    EXPECT_EQ(slot(0).Zout.value(), 2);
+}
+
+TEST(Batch, PanelBareListFillsVisibleRowsThenAccepts) {
+    test::Session s;
+    panelclear();
+    panelrow(0, "F1 =", "");
+    panelrow(2, "F2 =", ""); // row 1 hidden: the texts go to the visible rows in order
+    panelrow(3, "Zin =", "");
+    s.run("> Getdata: 10M \"\" 50\n");
+    EXPECT_TRUE(panelshow());
+    EXPECT_EQ(paneltext(0), "10M");
+    EXPECT_EQ(paneltext(1), "");
+    EXPECT_EQ(paneltext(2), "");
+    EXPECT_EQ(paneltext(3), "50");
+    // accept stops at the first hidden label, so the blank F2 below it passes.
+    EXPECT_TRUE(s.runner.desk.messages.empty());
 }

@@ -1,8 +1,13 @@
+// The host's arithmetic and number texts, and the program's engineering notation.
 #include <gtest/gtest.h>
 
 #include <limits>
 
+#include "core/commands.h"
 #include "core/hostmath.h"
+#include "core/notation.h"
+#include "files.h"
+#include "testsupport.h"
 
 using namespace zelk;
 
@@ -17,34 +22,12 @@ TEST(HostMath, IntFixSgn) {
     EXPECT_EQ(Sgn(5), 1);
 }
 
-TEST(HostMath, ValReadsTheNumberAtTheHead) {
-    for (auto [text, want] : std::initializer_list<std::pair<const char*, double>>{
-             {"  12.5abc", 12.5}, {"1 2 3", 123}, {"-4.5e2x", -450}, {"1e", 1}, {"1e-", 1}, {"1E+3", 1000},
-             {"See Notes", 0}, {"", 0}, {".5", 0.5}, {"1.2.3", 1.2}})
-        EXPECT_EQ(Val(text), want) << text;
-}
-
-TEST(HostMath, FormatMasks) {
-    // Half away from zero at the mask's last digit, after 15 significant digits; integer
-    // digits beyond the mask stay. 1.005 is 1.00499999999999989... in binary, but
-    // 1.00500000000000 at 15 digits.
-    const struct {
-        double v;
-        const char *mask, *want;
-    } cases[] = {{2.0005, "###.###", "2.001"}, {-2.0005, "###.###", "-2.001"}, {2, "###.###", "2."},
-                 {0.5, "###.###", ".5"},       {470, "###.###", "470."},      {123456.7, "###.#", "123456.7"},
-                 {0.1, "#.#00", ".100"},       {0.125, "#.#00", ".125"},      {5.723998, "##.000", "5.724"},
-                 {5, "##.#", "5."},            {12.345, "**.00", "12.35"},  {0.0047, "#.######", ".0047"},
-                 {999.9995, "###.###", "1000."}, {0.00004, "###.###", "."},   {1.005, "#.##", "1.01"},     {0.5, "**.00", ".50"}};
-    for (const auto& c : cases) EXPECT_EQ(Format(c.v, c.mask), c.want) << c.v << " " << c.mask;
-}
-
-TEST(HostMath, StrIsTheUnmaskedForm) {
-    for (auto [v, want] : std::initializer_list<std::pair<double, const char*>>{
-         {0, "0"}, {5, "5"}, {-3, "-3"}, {0.25, "0.25"},
-         {100000, "100000"}, {62831853.08, "62831853.08"}, {1.0 / 3, "0.333333333333333"}, {1.5e-5, "1.5E-05"},
-         {1e-4, "0.0001"}, {2e15, "2E+15"}, {999999999999999.0, "999999999999999"}, {4.5e-12, "4.5E-12"},
-         {-1.9e-14, "-1.9E-14"}}) EXPECT_EQ(Str(v), want) << v;
+// Val, Format and Str against the texts of tests/data/notation.txt.
+TEST(HostMath, ValFormatAndStrGiveTheHostsTexts) {
+    for (const test::Row& r : test::datarows("notation.txt", "val")) EXPECT_EQ(Val(r.text(0)), r.num(1)) << r.text(0);
+    for (const test::Row& r : test::datarows("notation.txt", "format"))
+        EXPECT_EQ(Format(r.num(0), r.text(1)), r.text(2)) << r.text(0) << " " << r.text(1);
+    for (const test::Row& r : test::datarows("notation.txt", "str")) EXPECT_EQ(Str(r.num(0)), r.text(1)) << r.text(0);
 }
 
 TEST(HostMath, FaultsCarryTheHostText) {
@@ -82,4 +65,54 @@ TEST(HostMath, FormattersTakeNonFiniteValues) {
     EXPECT_EQ(Format(-inf, "##.000"), "-Inf");
     EXPECT_EQ(Format(std::numeric_limits<double>::quiet_NaN(), "#.#00"), "NaN");
     EXPECT_EQ(Format(1e300, "###.###").size(), 302u); // every integer digit, then the point
+}
+
+// The engineering notation of the program, read and written.
+namespace {
+void setnano(bool on) {
+    addmenu("nano", "nano units", "options");
+    setchecked("nano", on);
+}
+} // namespace
+
+TEST(Notation, EngformatEveryRow) {
+    test::Session s;
+    for (const test::Row& r : test::datarows("notation.txt", "engformat")) {
+        setnano(r.text(0) == "on");
+        EXPECT_EQ(engformatvalue(r.num(1)), r.text(2)) << r.text(1) << " nano " << r.text(0);
+    }
+}
+
+TEST(Notation, EngformatOfANegativeValueLeavesItPositive) {
+    test::Session s;
+    double v = -2.5;
+    EXPECT_EQ(engformat(v), "-2.5");
+    EXPECT_EQ(v, 2.5);
+    double c = -4.7e-12;
+    EXPECT_EQ(engformat(c), "-4.7p");
+    EXPECT_EQ(c, 4.7e-12);
+    double k = -1000;
+    EXPECT_EQ(engformat(k), "-1.K");
+}
+
+TEST(Notation, ParsevalueSuffixesAndCase) {
+    for (const test::Row& r : test::datarows("notation.txt", "parse"))
+        EXPECT_DOUBLE_EQ(parsevalue(r.text(0)), r.num(1)) << r.text(0);
+}
+
+TEST(Notation, NumtextPlainnumRoundvalue) {
+    test::Session s;
+    setnano(false);
+    EXPECT_EQ("For Dipole " + numtext(3), "For Dipole  3");
+    EXPECT_EQ(numtext(-3), "-3");
+    EXPECT_EQ(numtext(0), " 0");
+    EXPECT_EQ(plainnum(12), "12");
+    EXPECT_EQ(plainnum(0.25), "0.25");
+    EXPECT_EQ(roundvalue(12345, false), "12K");
+    EXPECT_EQ(roundvalue(12500, true), "13K");
+    EXPECT_EQ(roundvalue(10000000, false), "10M");
+    EXPECT_EQ(roundvalue(4.7e-9, false), "0u"); // ".0047u": the number part truncates to 0
+    EXPECT_EQ(roundvalue(2, false), "2.");      // only a digit reads as a number: "." stays
+    EXPECT_EQ(roundvalue(0, false), "0");
+    EXPECT_EQ(roundvalue(1.6, true), "2");
 }

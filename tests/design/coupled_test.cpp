@@ -30,7 +30,7 @@ std::string crscript(const std::string& command, const std::string& band,
 
 TEST(CoupledResonator, ButterworthOrder3CouplingsAndBandEdges) {
     test::Session s;
-    ASSERT_EQ(s.run(crscript("BCR", "10M 500K 3") + "> Getdata: 9.5M 10.5M 0 -40\nPEG\n"), 0) << s.err.str();
+    ASSERT_TRUE(s.ok(crscript("BCR", "10M 500K 3") + "> Getdata: 9.5M 10.5M 0 -40\nPEG\n"));
     const DesignSlot& d = slot(0);
     ASSERT_EQ(d.code, "BCR");
     ASSERT_EQ(d.count(), 10);
@@ -59,23 +59,19 @@ TEST(CoupledResonator, ButterworthOrder3CouplingsAndBandEdges) {
 TEST(CoupledResonator, ChebyshevElementsAreTextbookValuesMovedToThreeDecibels) {
     test::Session s;
     store.curslot = 0;
-    struct Case {
-        int n;
-        std::vector<double> g; // 0.1 dB ripple, g[1..n+1]
-    };
-    const Case cases[] = {{3, {1.0316, 1.1474, 1.0316, 1}},
-                          {4, {1.1088, 1.3062, 1.7704, 0.8181, 1.3554}}};
-    for (const Case& c : cases) {
-        slot(0).order = c.n;
+    // The published 0.1 dB prototypes, the load g(n+1) included.
+    for (const test::Row& r : test::datarows("prototypes.txt", "chebyshev")) {
+        if (r.num(1) != 0.1) continue;
+        const int n = r.whole(0);
+        slot(0).order = n;
         slot(0).Apass = 0.1;
         chebyshevelements();
         const double eps = std::sqrt(std::pow(10, 0.01) - 1);
-        const double h = std::cosh(std::acosh(std::sqrt(std::pow(10, 0.3) - 1) / eps) / c.n);
-        for (int k = 1; k <= c.n; ++k)
-            EXPECT_NEAR(store.g[static_cast<size_t>(k)] / h, c.g[static_cast<size_t>(k - 1)], 6e-5)
-                << c.n << ' ' << k;
-        EXPECT_NEAR(store.g[static_cast<size_t>(c.n + 1)], c.g.back(), 6e-5) << "load not rescaled";
-        EXPECT_EQ(store.oddorder, c.n % 2 == 1);
+        const double h = std::cosh(std::acosh(std::sqrt(std::pow(10, 0.3) - 1) / eps) / n);
+        for (int k = 1; k <= n; ++k)
+            EXPECT_NEAR(store.g[static_cast<size_t>(k)] / h, r.num(static_cast<size_t>(k) + 1), 6e-5) << n << ' ' << k;
+        EXPECT_NEAR(store.g[static_cast<size_t>(n + 1)], r.num(static_cast<size_t>(n) + 2), 6e-5) << "load not rescaled";
+        EXPECT_EQ(store.oddorder, n % 2 == 1);
     }
 }
 
@@ -138,9 +134,7 @@ TEST(CoupledResonator, EndMatchAndItsBoundary) {
 TEST(CoupledResonator, MatchedDesignPassesThePowerOfAFiftyOhmSource) {
     for (const char* z : {"50 50", "getvalue(0)=50 accept", "getvalue(1)=50 accept"}) {
         test::Session s;
-        ASSERT_EQ(s.run(crscript("BCR", "10M 500K 3", "accept", z) +
-                        "> Getdata: 9.5M 10.5M 0 -40\nPEG\n"),
-                  0)
+        ASSERT_TRUE(s.ok(crscript("BCR", "10M 500K 3", "accept", z) + "> Getdata: 9.5M 10.5M 0 -40\nPEG\n"))
             << z << s.err.str();
         double peak = -1e9;
         for (const auto& p : test::curve(s, "plotPEG")) peak = std::max(peak, p.value);
@@ -149,33 +143,20 @@ TEST(CoupledResonator, MatchedDesignPassesThePowerOfAFiftyOhmSource) {
 }
 
 TEST(CoupledResonator, TableCommandsReadTheFirstRecordOfTheOrder) {
-    struct Case {
-        const char* command;
-        const char* file;
-        const char* title;
-    };
-    const Case cases[] = {
-        {"BesselCR", "bessel", "Bessel Coupled Resonator"},
-        {"GaussianCR", "gaussian", "Gaussian Coupled Resonator"},
-        {"LegendreCR", "legendre", "Legendre Coupled Resonator"},
-        {"LP05CR", "linph05", "Linear Phase (.05 degree)Coupled Resonator"},
-        {"LP5CR", "linph5", "Linear Phase (.5 degree)Coupled Resonator"},
-        {"Gaussian6CR", "gauss6", "Transitional Gaussian (6db) Coupled Resonator"},
-        {"gaussian12CR", "gauss12", "Transitional Gaussian (12db) Coupled Resonator"}};
-    for (const Case& c : cases) {
+    for (const test::Row& c : test::datarows("design.txt", "crtables")) {
         // The first record of order 5 in the file, read here on its own.
         std::vector<double> first;
-        for (const auto& v : test::tablelines(std::string(c.file) + ".tbl"))
+        for (const auto& v : test::tablelines(c.text(1) + ".tbl"))
             if (v[0] == 5 && first.empty()) first.assign(v.begin() + 2, v.end());
-        ASSERT_EQ(first.size(), 5u) << c.file;
+        ASSERT_EQ(first.size(), 5u) << c.text(1);
         test::Session s;
-        ASSERT_EQ(s.run(crscript(c.command, "10M 500K 5")), 0) << c.command << s.err.str();
+        ASSERT_TRUE(s.ok(crscript(c.text(0), "10M 500K 5"))) << c.text(0) << s.err.str();
         EXPECT_EQ(slot(0).code, "TCR");
-        EXPECT_EQ(slot(0).title, c.title);
-        EXPECT_EQ(prototerms.g1term, first[0]) << c.command;
-        EXPECT_EQ(prototerms.gnterm, first[4]) << c.command;
+        EXPECT_EQ(slot(0).title, c.text(2));
+        EXPECT_EQ(prototerms.g1term, first[0]) << c.text(0);
+        EXPECT_EQ(prototerms.gnterm, first[4]) << c.text(0);
         EXPECT_NEAR(prototerms.kcoupling[2], 1 / std::sqrt(first[1] * first[2]), 1e-15)
-            << c.command;
+            << c.text(0);
         EXPECT_EQ(slot(0).count(), 14);
     }
 }

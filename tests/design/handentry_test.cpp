@@ -34,7 +34,7 @@ std::string place(bool vertical, int type, const std::string& value = {}) {
 
 TEST(HandEntry, TypedButterworthGivesTheSynthesisedCurve) {
     test::Session session;
-    ASSERT_EQ(session.run(test::lowpass + "> Getdata: 1M 100M 0 -80\nPEG\n"), 0);
+    ASSERT_TRUE(session.ok(test::lowpass + "> Getdata: 1M 100M 0 -80\nPEG\n"));
     const auto synthesised = test::curve(session, "plotPEG");
     // The ladder as the synthesis left it, typed back in with every digit.
     std::vector<Dipole> ladder(slot(0).dipoles.begin() + 1, slot(0).dipoles.begin() + 1 + slot(0).count());
@@ -48,7 +48,7 @@ TEST(HandEntry, TypedButterworthGivesTheSynthesisedCurve) {
     }
     script += "> Getdata: 10M\n> designtitle: Text1=\"Typed\" Command1\n" + place(false, 8) +
               "> Getdata: 1M 100M 0 -80\nPEG\n";
-    ASSERT_EQ(session.run(script), 0) << session.err.str();
+    ASSERT_TRUE(session.ok(script));
     const auto typed = test::curve(session, "plotPEG");
     ASSERT_EQ(typed.size(), 513u);
     ASSERT_EQ(synthesised.size(), typed.size());
@@ -80,7 +80,7 @@ TEST(HandEntry, PaletteFollowsTheParityOfTheCount) {
     };
     test::Session session;
     for (const auto& s : steps) {
-        ASSERT_EQ(session.run(s.script), 0) << s.what << session.err.str();
+        ASSERT_TRUE(session.ok(s.script)) << s.what << session.err.str();
         EXPECT_EQ(slot(0).count(), s.count) << s.what;
         EXPECT_EQ(dipolesH.visible, s.seriesup) << s.what;
         EXPECT_EQ(dipolesV.visible, !s.seriesup) << s.what;
@@ -90,8 +90,7 @@ TEST(HandEntry, PaletteFollowsTheParityOfTheCount) {
     EXPECT_FALSE(dipolesV.ctl("vdipole", 57).visible);
     EXPECT_FALSE(dipolesV.ctl("vdipole", 58).visible);
     // DONE after the load closes both palettes and leaves nothing to undo.
-    ASSERT_EQ(session.run(place(true, 31, "50") + "> Getdata: 10M\n> designtitle: Command1\n" + place(false, 8)), 0)
-        << session.err.str();
+    ASSERT_TRUE(session.ok(place(true, 31, "50") + "> Getdata: 10M\n> designtitle: Command1\n" + place(false, 8)));
     EXPECT_FALSE(store.entering);
     EXPECT_FALSE(dipolesH.visible || dipolesV.visible);
     EXPECT_EQ(undostate.undodepth, 0);

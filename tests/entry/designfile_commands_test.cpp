@@ -22,15 +22,10 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// A scratch folder of its own for each test.
-fs::path scratch(const std::string& name) {
-    fs::path p = test::scratch("designfile-commands") / name;
-    fs::remove_all(p);
-    fs::create_directories(p);
-    return p;
+// The file dialog answered with p, then the line that follows (the command that opens it).
+std::string pick(const fs::path& p, const std::string& then) {
+    return "> filedialog: \"" + p.string() + "\"\n" + then + "\n";
 }
-
-std::string q(const fs::path& p) { return "\"" + p.string() + "\""; }
 
 using test::readfile;
 
@@ -66,7 +61,7 @@ std::pair<int, int> origin(const Dipole& p) {
 } // namespace
 
 TEST(DesignFileCommands, EveryDesignRoundTrips) {
-    fs::path dir = scratch("roundtrip");
+    fs::path dir = test::scratch("designfile-roundtrip", true);
     const char* designs[] = {
         "> selfunction: selection(0) \"Accept design\"\n> Getdata: 10M 15M 3 \"\" 5 50 50\n> Getdata: Lossless\nbutterworth\n",
         "> selfunction: selection(1) picture \"Accept design\"\n> Getdata: accept\n> Getdata: 120\nbutterworth\n",
@@ -79,17 +74,17 @@ TEST(DesignFileCommands, EveryDesignRoundTrips) {
         SCOPED_TRACE(design);
         test::Session s;
         std::string name = "design" + std::to_string(n++) + ".sch";
-        ASSERT_EQ(s.run(">? designtitle: Command1\n" + std::string(design)), 0);
+        ASSERT_TRUE(s.ok(">? designtitle: Command1\n" + std::string(design)));
         ASSERT_EQ(store.lastslot, 0);
         ASSERT_GT(slot(0).count(), 2);
         DesignSlot made = slot(0);
         Number wa = store.wA;
-        ASSERT_EQ(s.run("> filedialog: " + q(dir / name) + "\nsavefilter\nnewfilter\n"), 0);
+        ASSERT_TRUE(s.ok(pick(dir / name, "savefilter") + "newfilter\n"));
         EXPECT_TRUE(frame.designsaved);
         ASSERT_EQ(store.lastslot, -1);
         store.wA = -5;
         flow.previouskind = 9;
-        ASSERT_EQ(s.run("> filedialog: " + q(dir / name) + "\nopenfilter\n"), 0);
+        ASSERT_TRUE(s.ok(pick(dir / name, "openfilter")));
         EXPECT_EQ(store.lastslot, 0);
         EXPECT_EQ(store.curslot, 0);
         expectsame(made, wa, slot(0));
@@ -98,7 +93,7 @@ TEST(DesignFileCommands, EveryDesignRoundTrips) {
         EXPECT_EQ(flow.previouskind, ending == "LP" ? 0 : ending == "HP" ? 1 : ending == "BP" ? 2 : 3);
         // Saving the opened design again writes the same file.
         std::string first = readfile(dir / name);
-        ASSERT_EQ(s.run("> filedialog: " + q(dir / ("again" + name)) + "\nsavefilter\n"), 0);
+        ASSERT_TRUE(s.ok(pick(dir / ("again" + name), "savefilter")));
         EXPECT_EQ(readfile(dir / ("again" + name)), first);
     }
 }
@@ -107,7 +102,7 @@ TEST(DesignFileCommands, EveryDesignRoundTrips) {
 // saving, where it can be reached, writes slot 0; a cancelled dialog writes nothing, and
 // no file is left half-written beside the designs.
 TEST(DesignFileCommands, SaveWritesSlotZeroOnly) {
-    fs::path dir = scratch("save");
+    fs::path dir = test::scratch("designfile-save", true);
     test::Session s;
     ladder(0, 8, 1);
     store.wA = 111;
@@ -115,15 +110,13 @@ TEST(DesignFileCommands, SaveWritesSlotZeroOnly) {
     ladder(0, 6, 2);
     store.wA = 222;
     ASSERT_TRUE(writedesignfile((dir / "b.sch").string(), 0));
-    ASSERT_EQ(s.run("newfilter\n> filedialog: " + q(dir / "a.sch") + "\nopenfilter\n> filedialog: " + q(dir / "b.sch") +
-                    "\nopenfilter\n"),
-              0);
+    ASSERT_TRUE(s.ok("newfilter\n" + pick(dir / "a.sch", "openfilter") + pick(dir / "b.sch", "openfilter")));
     ASSERT_EQ(store.lastslot, 1);
     EXPECT_EQ(store.curslot, 1);
     EXPECT_EQ(slot(1).count(), 6);
     EXPECT_EQ(store.wA.value(), 222);
     setenabled("savefilter", true);
-    ASSERT_EQ(s.run("> filedialog: " + q(dir / "bp.sch") + "\nsavefilter\n> filedialog: cancel\nsavefilter\n"), 0);
+    ASSERT_TRUE(s.ok(pick(dir / "bp.sch", "savefilter") + "> filedialog: cancel\nsavefilter\n"));
     std::string a = readfile(dir / "a.sch");
     a.replace(a.find("\r\n111\r\n"), 7, "\r\n222\r\n");
     EXPECT_EQ(readfile(dir / "bp.sch"), a);
@@ -133,7 +126,7 @@ TEST(DesignFileCommands, SaveWritesSlotZeroOnly) {
 }
 
 TEST(DesignFileCommands, SavingNeverDestroysTheEarlierFile) {
-    fs::path dir = scratch("safe");
+    fs::path dir = test::scratch("designfile-safe", true);
     test::Session s;
     ladder(0, 4, 3);
     ASSERT_TRUE(writedesignfile((dir / "keep.sch").string(), 0));
@@ -153,15 +146,15 @@ TEST(DesignFileCommands, SavingNeverDestroysTheEarlierFile) {
 }
 
 TEST(DesignFileCommands, OpenLeavesFieldsOnAMissingFileAndStopsOnCancel) {
-    fs::path dir = scratch("open");
+    fs::path dir = test::scratch("designfile-open", true);
     test::Session s;
     // Cancel: no slot is taken.
-    ASSERT_EQ(s.run("> filedialog: cancel\nopenfilter\n"), 0);
+    ASSERT_TRUE(s.ok("> filedialog: cancel\nopenfilter\n"));
     EXPECT_EQ(store.lastslot, -1);
     // A file that is not there: the slot is taken, nothing is read, no message.
     slot(0).title = "as it was";
     store.wA = 7;
-    ASSERT_EQ(s.run("> filedialog: " + q(dir / "missing.sch") + "\n>? designtitle: Command1\nopenfilter\n"), 0);
+    ASSERT_TRUE(s.ok(">? designtitle: Command1\n" + pick(dir / "missing.sch", "openfilter")));
     EXPECT_EQ(store.lastslot, 0);
     EXPECT_EQ(slot(0).title, "as it was");
     EXPECT_EQ(store.wA.value(), 7);
@@ -171,7 +164,7 @@ TEST(DesignFileCommands, OpenLeavesFieldsOnAMissingFileAndStopsOnCancel) {
         std::ofstream junk(dir / "junk.sch", std::ios::binary);
         junk << "\x7f" "ELF\x02\x01\x01,,,\"\r\n33\r\n-1\r\n\0\0\0";
     }
-    ASSERT_EQ(s.run("newfilter\n> filedialog: " + q(dir / "junk.sch") + "\n>? designtitle: Command1\nopenfilter\n"), 0);
+    ASSERT_TRUE(s.ok("newfilter\n>? designtitle: Command1\n" + pick(dir / "junk.sch", "openfilter")));
     EXPECT_EQ(store.lastslot, 0);
     EXPECT_TRUE(s.runner.desk.messages.empty());
     // A count beyond the tables: 32 dipoles are read, the drawing stops at the fault
@@ -182,7 +175,7 @@ TEST(DesignFileCommands, OpenLeavesFieldsOnAMissingFileAndStopsOnCancel) {
     {
         std::ofstream(dir / "big.sch", std::ios::binary) << big;
     }
-    ASSERT_EQ(s.run("newfilter\n> filedialog: " + q(dir / "big.sch") + "\n>? designtitle: Command1\nopenfilter\n"), 0);
+    ASSERT_TRUE(s.ok("newfilter\n>? designtitle: Command1\n" + pick(dir / "big.sch", "openfilter")));
     EXPECT_EQ(slot(0).dipolecount.value(), 40);
     EXPECT_EQ(origin(slot(0).dip(8)), std::make_pair(5, 8));
     EXPECT_EQ(schematicwindow(0).caption, "Title 5");
@@ -190,18 +183,18 @@ TEST(DesignFileCommands, OpenLeavesFieldsOnAMissingFileAndStopsOnCancel) {
 }
 
 TEST(DesignFileCommands, DeleteAsksFirst) {
-    fs::path dir = scratch("delete");
+    fs::path dir = test::scratch("designfile-delete", true);
     test::Session s;
     ladder(0, 4, 1);
     ASSERT_TRUE(writedesignfile((dir / "x.sch").string(), 0));
-    ASSERT_EQ(s.run("> filedialog: " + q(dir / "x.sch") + "\n> msgbox: Cancel\ndelete\n"), 0);
+    ASSERT_TRUE(s.ok(pick(dir / "x.sch", "> msgbox: Cancel") + "delete\n"));
     EXPECT_TRUE(fs::exists(dir / "x.sch"));
     ASSERT_EQ(s.runner.desk.messages.size(), 1u);
     const MessageRecord& m = s.runner.desk.messages[0];
     EXPECT_EQ(m.title, "Should I Really");
     EXPECT_EQ(m.text, "Do you really want to delete\r" + (dir / "x.sch").string());
     EXPECT_EQ(m.buttons & 7, vbOKCancel);
-    ASSERT_EQ(s.run("> filedialog: " + q(dir / "x.sch") + "\n> msgbox: OK\ndelete\n"), 0);
+    ASSERT_TRUE(s.ok(pick(dir / "x.sch", "> msgbox: OK") + "delete\n"));
     EXPECT_FALSE(fs::exists(dir / "x.sch"));
     EXPECT_EQ(slot(0).count(), 4); // the design in memory is not touched
 }
@@ -253,7 +246,7 @@ TEST(DesignFileCommands, JoinsBeyondTheTablesEndQuietly) {
 }
 
 TEST(DesignFileCommands, ExamplesReachANewUsersFolder) {
-    fs::path dir = scratch("examples");
+    fs::path dir = test::scratch("designfile-examples", true);
     test::Session s;
     fs::create_directories(dir / "program" / "designs");
     {
@@ -273,18 +266,16 @@ TEST(DesignFileCommands, ExamplesReachANewUsersFolder) {
 }
 
 TEST(DesignFileCommands, TwoOpenFiltersAreBothPlotted) {
-    fs::path dir = scratch("twoplots");
+    fs::path dir = test::scratch("designfile-twoplots", true);
     test::Session s;
-    ASSERT_EQ(s.run(test::lowpass + "> filedialog: " + q(dir / "low.sch") + "\nsavefilter\nnewfilter\n"
-                    ">? designtitle: Command1\n> selfunction: selection(1) \"Accept design\"\n"
-                    "> Getdata: accept\n> Getdata: Lossless\nchebyshev\n"
-                    "> filedialog: " + q(dir / "high.sch") + "\nsavefilter\nnewfilter\n"),
-              0);
-    ASSERT_EQ(s.run("> filedialog: " + q(dir / "low.sch") + "\nopenfilter\n> filedialog: " + q(dir / "high.sch") +
-                    "\nopenfilter\n"),
-              0);
+    ASSERT_TRUE(s.ok(test::lowpass + pick(dir / "low.sch", "savefilter") +
+                     "newfilter\n>? designtitle: Command1\n"
+                     "> selfunction: selection(1) \"Accept design\"\n> Getdata: accept\n> Getdata: Lossless\n"
+                     "chebyshev\n" +
+                     pick(dir / "high.sch", "savefilter") + "newfilter\n" + pick(dir / "low.sch", "openfilter") +
+                     pick(dir / "high.sch", "openfilter")));
     ASSERT_EQ(store.lastslot, 1);
-    ASSERT_EQ(s.run("> Getdata: accept\nPEG\n"), 0);
+    ASSERT_TRUE(s.ok("> Getdata: accept\nPEG\n"));
     int points[2] = {0, 0};
     double lowest[2] = {0, 0};
     for (const auto& p : test::curve(s, "plotPEG")) {

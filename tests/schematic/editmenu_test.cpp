@@ -4,6 +4,7 @@
 
 #include <sstream>
 
+#include "files.h"
 #include "reference.h"
 #include "schematic/schematicview.h"
 #include "testsupport.h"
@@ -21,26 +22,13 @@ TEST(EditMenu, EntriesFollowTheTypeOfTheDipoleClicked) {
     DesignSlot& s = test::ladder({{1, 50}, {35, 0, 1e-9, 1e-6}, {3, 0, 1e-9}, {35, 0, 1e-9, 1e-6},
                                   {4, 0, 1e-9, 1e-6}, {33, 0, 1e-9}, {2, 0, 0, 1e-6}, {38}, {6}, {31, 50}});
     schematicbuild();
-    // Dipole clicked, the cut-off of slot 0, and the entries on (+) and off (-) after it.
-    const struct {
-        int d;
-        double w1;
-        const char* entries;
-    } clicks[] = {
-        {3, 1000, "+splitC +split -auto -swap -ungroup"}, // a series C between two shunt tanks
-        {5, 1000, "-splitC -split +ungroup -group"},      // series LC
-        {8, 1000, "+swap +group +equamp"},                // the open shunt before the end
-        {9, 1000, "+equamp"},                             // the wire is the last series place
-        {9, 0, "-equamp"},                                // no cut-off of slot 0: no equalizing
-        {4, 1000, "+auto +ungroup -transform"},           // a tank in the middle
-    };
-    for (const auto& c : clicks) {
-        s.w1 = c.w1;
-        click(c.d);
-        EXPECT_DOUBLE_EQ(schem.selecteddipole, c.d);
-        std::istringstream in(c.entries);
-        for (std::string e; in >> e;) EXPECT_EQ(menuenabled(e.substr(1)), e[0] == '+') << c.d << " " << e;
-        if (c.d == 3) {
+    for (const test::Row& r : test::datarows("schematic.txt", "editmenu")) {
+        s.w1 = r.num(1);
+        click(r.whole(0));
+        EXPECT_DOUBLE_EQ(schem.selecteddipole, r.whole(0));
+        std::istringstream in(r.text(2));
+        for (std::string e; in >> e;) EXPECT_EQ(menuenabled(e.substr(1)), e[0] == '+') << r.text(0) << " " << e;
+        if (r.whole(0) == 3) {
             EXPECT_EQ(findmenu("fordipole")->caption, "For Dipole  3");
         }
     }
@@ -69,24 +57,11 @@ TEST(EditMenu, NortonNeedsTheMateOnOneSideAndTheMateOrBlankOnTheOther) {
     test::ladder({{1, 50}, {32, 0, 0, 1e-6}, {2, 0, 0, 1e-6}, {32, 0, 0, 1e-6}, {2, 0, 0, 1e-6}, {38},
                   {3, 0, 1e-9}, {33, 0, 1e-9}, {6}, {33, 0, 1e-9}, {1, 10}, {31, 50}});
     schematicbuild();
-    // Dipole clicked, step-up and step-down allowed.
-    const struct {
-        int d;
-        bool up, down;
-    } clicks[] = {
-        {3, true, true},   // L between two shunt L's: both ways
-        {5, false, true},  // shunt L before it, open after it: step-down only
-        {7, true, false},  // series C between an open shunt and a shunt C: step-up only
-        {8, true, false},  // shunt C after a series C, a wire after it: step-up
-        {10, false, false}, // shunt C between a wire and a resistor: neither
-        {2, false, false}, // shunt L between R and series L: the series L is the mate on the far side
-        {4, true, true},   // shunt L between two series L's
-    };
-    for (const auto& c : clicks) {
-        click(c.d);
-        EXPECT_EQ(schem.stepupok, c.up) << c.d;
-        EXPECT_EQ(schem.stepdownok, c.down) << c.d;
-        EXPECT_EQ(menuenabled("norton"), c.up || c.down) << c.d;
+    for (const test::Row& r : test::datarows("schematic.txt", "nortonflags")) {
+        click(r.whole(0));
+        EXPECT_EQ(schem.stepupok, r.whole(1) == 1) << r.text(0);
+        EXPECT_EQ(schem.stepdownok, r.whole(2) == 1) << r.text(0);
+        EXPECT_EQ(menuenabled("norton"), r.whole(1) + r.whole(2) > 0) << r.text(0);
     }
 }
 

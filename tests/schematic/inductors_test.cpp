@@ -9,6 +9,7 @@
 #include "core/hostmath.h"
 #include "schematic/inductors.h"
 #include "core/commands.h"
+#include "files.h"
 #include "reference.h"
 #include "schematic/schematicview.h"
 #include "testsupport.h"
@@ -25,36 +26,24 @@ double wheeler(double turns, double radius, double length) {
     return (turns * radius) * (turns * radius) / (9 * radius + 10 * length);
 }
 
-struct AirCase {
-    double target, diameter, tpi;
-    double turns;
-    int layers;
-};
-
-// Turns and layers worked outside the program from the layer loop as written (length =
-// whole turns / turns per inch * layers).
-class AirWound : public ::testing::TestWithParam<AirCase> {};
-
-TEST_P(AirWound, LoopTurnsAndInductanceWithinHalfTurn) {
-    const AirCase c = GetParam();
-    AirWinding w = airwinding(c.target, c.diameter, c.tpi);
-    EXPECT_DOUBLE_EQ(w.turns, c.turns);
-    EXPECT_EQ(w.layers, c.layers);
-    const double r = (1 / c.tpi + c.diameter) / 2;
-    EXPECT_DOUBLE_EQ(w.coilradius, r);
-    EXPECT_DOUBLE_EQ(w.coillength, std::floor(c.turns) / c.tpi * c.layers);
-    // The winding reaches the target, and half a turn less does not.
-    EXPECT_GE(wheeler(c.turns, r, std::floor(c.turns) / c.tpi * c.layers), c.target);
-    EXPECT_LT(wheeler(c.turns - 0.5, r, std::floor(c.turns - 0.5) / c.tpi * c.layers), c.target);
-    // The loop ends on the first layer that is at least as long as the coil is wide.
-    EXPECT_GE(w.coillength, 2 * r);
+TEST(Inductors, AirWoundLoopTurnsAndInductanceWithinHalfTurn) {
+    for (const test::Row& row : test::datarows("schematic.txt", "airwound")) {
+        const double target = row.num(0), diameter = row.num(1), tpi = row.num(2), turns = row.num(3);
+        const int layers = row.whole(4);
+        SCOPED_TRACE(row.text(0) + " uH on " + row.text(1) + " in at " + row.text(2));
+        AirWinding w = airwinding(target, diameter, tpi);
+        EXPECT_DOUBLE_EQ(w.turns, turns);
+        EXPECT_EQ(w.layers, layers);
+        const double r = (1 / tpi + diameter) / 2;
+        EXPECT_DOUBLE_EQ(w.coilradius, r);
+        EXPECT_DOUBLE_EQ(w.coillength, std::floor(turns) / tpi * layers);
+        // The winding reaches the target, and half a turn less does not.
+        EXPECT_GE(wheeler(turns, r, std::floor(turns) / tpi * layers), target);
+        EXPECT_LT(wheeler(turns - 0.5, r, std::floor(turns - 0.5) / tpi * layers), target);
+        // The loop ends on the first layer that is at least as long as the coil is wide.
+        EXPECT_GE(w.coillength, 2 * r);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Inductors, AirWound,
-                         ::testing::Values(AirCase{1.0, 0.5, 18.75, 16.0, 2}, AirCase{1.0, 0.5, 29.32, 12.5, 2},
-                                           AirCase{1.0, 0.5, 36.56, 11.0, 2}, AirCase{1.0, 0.5, 85.28, 12.0, 5},
-                                           AirCase{1.0, 0.5, 3.00, 20.5, 1}, AirCase{10, 0.25, 36.56, 146.5, 1},
-                                           AirCase{0.1, 1.0, 9.48, 2.5, 6}));
 
 TEST(Inductors, TargetsOfZeroOrLessAndBelowOneTurnEndAndZeroToroidsHaveNoTurns) {
     for (double target : {0.0, -1.0, -1e9}) {
@@ -71,29 +60,12 @@ TEST(Inductors, TargetsOfZeroOrLessAndBelowOneTurnEndAndZeroToroidsHaveNoTurns) 
     EXPECT_EQ(toroidturns("T50-2", 1e-6, 0), 0);
 }
 
-struct ToroidCase {
-    const char* core;
-    double L, AL;
-    double henriesper; // inductance of one turn squared that AL stands for, in henries
-};
-
-// N turns on a core give L = AL * N^2 in the AL unit that the first letter names.
-class Toroid : public ::testing::TestWithParam<ToroidCase> {};
-
-TEST_P(Toroid, TurnsGiveTheInductanceInTheLettersUnit) {
-    const ToroidCase c = GetParam();
-    const double n = toroidturns(c.core, c.L, c.AL);
-    EXPECT_NEAR(c.AL * c.henriesper * n * n, c.L, c.L * 1e-12) << c.core;
+TEST(Inductors, ToroidTurnsGiveTheInductanceInTheLettersUnit) {
+    for (const test::Row& r : test::datarows("schematic.txt", "toroid")) {
+        const double L = r.num(1), AL = r.num(2), n = toroidturns(r.text(0), L, AL);
+        EXPECT_NEAR(AL * r.num(3) * n * n, L, L * 1e-12) << r.text(0);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Inductors, Toroid,
-                         ::testing::Values(
-                             // Ferrite and P: millihenries per 1000 turns = nanohenries per turn squared.
-                             ToroidCase{"FT37-43", 1e-3, 350, 1e-9}, ToroidCase{"P14", 47e-6, 160, 1e-9},
-                             // Iron powder and any other letter: microhenries per 100 turns.
-                             ToroidCase{"T50-2", 1.287e-6, 49, 1e-10}, ToroidCase{"X1", 22e-6, 100, 1e-10},
-                             // L: microhenries per 100 turns derated to 90%.
-                             ToroidCase{"L10", 10e-6, 40, 0.9e-10}));
 
 TEST(Inductors, ListHoldsWindableInductorsByType) {
     test::Session session;

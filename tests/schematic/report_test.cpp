@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "files.h"
 #include "reference.h"
 #include "schematic/schematicview.h"
 #include "testsupport.h"
@@ -116,27 +117,8 @@ TEST(DesignReport, TitleBlockKinds) {
         schematicbuild();
         return report.lines;
     };
-    // Code, line of the block, and the line by hand from the band edges above.
-    const struct {
-        const char *code, *line;
-        size_t index;
-    } rows[] = {
-        {"CHP", "  Stopband = 40 db minimum @ 9.Mhz", 1},
-        {"CHP", "  Cutoff = 0.5 db @ 9.5Mhz", 2},
-        {"CHP", "  Output Impedance = 75. ohms", 5},
-        {"CBP", "4.th order T", 0},
-        {"CBP", "  Center Frequency = 10.Mhz", 1},
-        {"CBP", "  Bandwidth = 1.Mhz @ 0.5 db", 2},
-        {"CBP", "  Stopband = 40 db minimum @ 9.Mhz and 11.Mhz", 3},
-        {"TBP", "  Bandwidth = 500.Khz @ 3db", 2},
-        {"BBR", "  Bandwidth = 2.Mhz @ 3db", 2},
-        {"BBR", "  Stopband = 40 db minimum @ 9.5Mhz and 10.5Mhz", 3},
-        {"BCR", "  Bandwidth = 2.4Khz @ 3 db", 2},
-        {"CCL", "  Bandwidth = 2.4Khz @ 3 db", 1},
-        {"CCL", "  Design Impedance=50. ohms", 2},
-        {"ENT", "  Design Impedance=50. ohms", 1},
-    };
-    for (const auto& r : rows) EXPECT_EQ(title(r.code).at(r.index), r.line) << r.code;
+    for (const test::Row& r : test::datarows("schematic.txt", "titleblock"))
+        EXPECT_EQ(title(r.text(0)).at(static_cast<size_t>(r.whole(1))), r.text(2)) << r.text(0);
     EXPECT_EQ(title("DLSB"), (Lines{"4.th order T", "  Center Frequency = 10.Mhz", "  Bandwidth = 2.4Khz @ 3 db",
                          "  Design Impedance=50 ohms", "  r0v3 =  0"}));
 }

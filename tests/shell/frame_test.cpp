@@ -1,15 +1,19 @@
 // Start-up, options in the settings store, New and Exit, the right mouse button, the
-// design title window, help, calculator and the window arrangements.
+// design title window, help, calculator and the window arrangements; the menu tree, a
+// command the menus disable, and the help lines of a menu title.
 #include <gtest/gtest.h>
 
 #include <filesystem>
 #include <fstream>
+#include <set>
+#include <string>
+#include <vector>
 
 #include "core/commands.h"
 #include "core/designstore.h"
 #include "core/desktop.h"
-#include "entry/panel.h"
 #include "entry/designtitle.h"
+#include "entry/panel.h"
 #include "shell/frame.h"
 #include "shell/help.h"
 #include "testsupport.h"
@@ -72,12 +76,12 @@ TEST(Frame, StartupWithHelpLineOnAndOff) {
 TEST(Frame, OptionsToggleSaveAndSurviveRestart) {
     test::Session s;
     ScriptedDesktop& d = s.runner.desk;
-    EXPECT_EQ(s.run("option nano on\noption sfp on\noption helpL on\noption partslist off\n"), 0);
+    EXPECT_TRUE(s.ok("option nano on\noption sfp on\noption helpL on\noption partslist off\n"));
     for (const char* key : {"nano", "showparameters", "helpl"}) EXPECT_EQ(d.settings[std::string("filter/options/") + key], "1");
     // Already off: no click, nothing saved.
     EXPECT_EQ(d.settings.count("filter/options/partslist"), 0u);
     EXPECT_TRUE(frame.helppanelshown);
-    EXPECT_EQ(s.run("option nano off\n"), 0);
+    EXPECT_TRUE(s.ok("option nano off\n"));
     EXPECT_EQ(d.settings["filter/options/nano"], "0");
 
     // The same store read by a new start.
@@ -87,7 +91,7 @@ TEST(Frame, OptionsToggleSaveAndSurviveRestart) {
     EXPECT_TRUE(menuchecked("helpL"));
 
     // Help line off: the panel hides and help lines are no longer shown.
-    EXPECT_EQ(s.run("option helpL off\n"), 0);
+    EXPECT_TRUE(s.ok("option helpL off\n"));
     EXPECT_FALSE(frame.helppanelshown);
     std::string before = frame.helplabel[0];
     sethelp("a", "b", "c", "d");
@@ -169,7 +173,7 @@ TEST(Frame, HelpAboutCalculatorAndTroubleshoot) {
     d.programdir_ = test::scratch("nohelp").string();
     restart(d);
     // No help pages: the search offer, declined.
-    EXPECT_EQ(s.run("> msgbox: Cancel\nhelper\n"), 0);
+    EXPECT_TRUE(s.ok("> msgbox: Cancel\nhelper\n"));
     ASSERT_EQ(d.messages.size(), 1u);
     EXPECT_EQ(d.messages[0].title, "File Not Found");
     EXPECT_EQ(d.messages[0].text, "Cannot find HELP file 'zkhelp.html', do you want to search for it?");
@@ -178,17 +182,17 @@ TEST(Frame, HelpAboutCalculatorAndTroubleshoot) {
     // Searched for and found: the folder is remembered and the page opened.
     std::string page = std::string(ZELK_SOURCE_DIR) + "/docs/help/zkhelp.html";
     ASSERT_TRUE(fs::exists(page));
-    EXPECT_EQ(s.run("> msgbox: OK\n> filedialog: \"" + page + "\"\nhelper\n"), 0);
+    EXPECT_TRUE(s.ok("> msgbox: OK\n> filedialog: \"" + page + "\"\nhelper\n"));
     EXPECT_EQ(d.settings["filter/options/zkhelplocation"], fs::path(page).parent_path().string());
     ASSERT_EQ(d.opened.size(), 1u);
     EXPECT_EQ(d.opened[0], "file://" + page);
     // Next time it opens at once.
-    EXPECT_EQ(s.run("helper\n"), 0);
+    EXPECT_TRUE(s.ok("helper\n"));
     EXPECT_EQ(d.opened.size(), 2u);
     EXPECT_EQ(d.messages.size(), 2u);
 
     // About names the program folder.
-    EXPECT_EQ(s.run("aboutfilter\n"), 0);
+    EXPECT_TRUE(s.ok("aboutfilter\n"));
     EXPECT_NE(d.messages.back().text.find("\nDirectory=" + d.programdir_), std::string::npos);
 
     // The calculator search walks PATH in order of preference.
@@ -207,7 +211,7 @@ TEST(Frame, HelpAboutCalculatorAndTroubleshoot) {
     fs::remove_all(dir);
 
     // The installation check reports the missing tables of this empty program folder.
-    EXPECT_EQ(s.run("troubleshoot\n"), 0);
+    EXPECT_TRUE(s.ok("troubleshoot\n"));
     EXPECT_TRUE(trouble.loaded);
     auto lines = trouble.lines();
     bool missing = false;
@@ -227,4 +231,62 @@ TEST(Frame, HelpAboutCalculatorAndTroubleshoot) {
     ASSERT_LT(top, static_cast<int>(lines.size()));
     EXPECT_EQ(rec->texts().front(), lines[static_cast<size_t>(top)]);
     EXPECT_EQ(rec->texts().back(), lines.back());
+}
+
+namespace {
+
+std::vector<std::string> childrenof(const std::string& parent) {
+    std::vector<std::string> out;
+    for (const MenuItem& m : menuitems())
+        if (m.parent == parent) out.push_back(m.name);
+    return out;
+}
+
+} // namespace
+
+TEST(Menus, TreeInMenuOrderWithCaptions) {
+    test::Session s;
+    // The seven top menus of the bar, in order, and the edit pop-up; the design menu in
+    // the order the families are offered.
+    EXPECT_EQ(childrenof(""),
+              (std::vector<std::string>{"file", "utilities", "analysis", "design", "options", "window", "about", "edit"}));
+    EXPECT_EQ(childrenof("design"), (std::vector<std::string>{"butterworth", "chebyshev", "elliptic", "Bessel",
+                                                              "linearphase", "gaussian1", "legendre",
+                                                              "GaussianChebyshev", "coupled", "crystal", "attn"}));
+    EXPECT_EQ(childrenof("printfilter").size(), 16u);
+    EXPECT_EQ(childrenof("clip").size(), 15u);
+    // Only the edit tree is a pop-up; every name is unique.
+    std::set<std::string> seen;
+    for (const MenuItem& m : menuitems()) {
+        EXPECT_TRUE(seen.insert(m.name).second) << "twice: " << m.name;
+        bool inedit = m.name == "edit" || m.parent == "edit" || m.parent == "ungroup";
+        EXPECT_EQ(m.popup, inedit) << m.name;
+    }
+    // A reset rebuilds the model from nothing (captions changed by a command come back).
+    findmenu("fordipole")->caption = "For Dipole  3";
+    resetall();
+    ASSERT_NE(findmenu("fordipole"), nullptr);
+    EXPECT_EQ(findmenu("fordipole")->caption, "For Dipole");
+}
+
+// The enabled states of the blocks (nothing open, one design, two designs) are the
+// golden scripts menus_blocks and file_twofilters.
+
+TEST(Menus, DisabledCommandRefused) {
+    // A command the menus disable cannot be run from a script either.
+    test::Session t;
+    EXPECT_EQ(t.run("PEG\n"), 1);
+}
+
+TEST(Menus, MenuTitleHelpLines) {
+    test::Session s;
+    EXPECT_TRUE(s.ok("option helpL on\n"));
+    EXPECT_TRUE(menutitle_Click("file"));
+    EXPECT_EQ(frame.helplabel[0], "Open an existing filter file.");
+    EXPECT_TRUE(menutitle_Click("options"));
+    EXPECT_EQ(store.help3, "");
+    EXPECT_TRUE(menutitle_Click("analysis"));
+    // A menu without help lines leaves the last ones standing.
+    EXPECT_FALSE(menutitle_Click("window"));
+    EXPECT_EQ(store.help4, "Plotting parameters can be changed by re-selecting the analysis type.");
 }

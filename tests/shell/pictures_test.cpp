@@ -6,6 +6,7 @@
 
 #include "core/surface.h"
 #include "entry/pictures.h"
+#include "files.h"
 
 using namespace zelk;
 
@@ -30,37 +31,19 @@ void inside(const RecordingSurface& s, double x, double y, double w, double h, c
 } // namespace
 
 TEST(Pictures, ResponseSketchesOfEveryPrompt) {
-    for (int index : {1, 2, 3, 4, 5, 6, 7, 8, 17, 18, 27, 28, 29, 30, 31, 32, 33, 34, 47, 48, 51, 52}) {
+    for (const test::Row& r : test::datarows("pictures.txt", "sketches")) {
         RecordingSurface s(300, 220);
-        drawpanelimage(s, index, 4, 4, 292, 212);
-        ASSERT_GT(s.ops.size(), 20u) << index;
-        inside(s, 4, 4, 292, 212, "image " + std::to_string(index));
-        auto l = labels(s);
-        switch (index) {
-        case 1: case 5: case 27:
-            EXPECT_LT(l.at("F1"), l.at("F2")) << index;
-            break;
-        case 2: case 6: case 28:
-            // High-pass: F1 is the stop-band edge, below the cut-off F2.
-            EXPECT_LT(l.at("F1"), l.at("F2")) << index;
-            EXPECT_TRUE(l.count("Astop"));
-            break;
-        case 4: case 8: case 30:
-            EXPECT_LT(l.at("F1"), l.at("F2")) << index;
-            EXPECT_LT(l.at("F2"), l.at("F3")) << index;
-            EXPECT_LT(l.at("F3"), l.at("F4")) << index;
-            break;
-        case 3: case 7: case 29: case 17: case 18: case 33: case 47: case 48:
-            EXPECT_TRUE(l.count("CF") && l.count("BW")) << index;
-            break;
-        case 31: case 32:
-            EXPECT_TRUE(l.count("F1") && !l.count("F2") && !l.count("Apass")) << index;
-            break;
-        case 34:
-            EXPECT_LT(l.at("F1"), l.at("F2"));
-            EXPECT_FALSE(l.count("F3"));
-            break;
-        default: break;
+        drawpanelimage(s, r.whole(0), 4, 4, 292, 212);
+        ASSERT_GT(s.ops.size(), 20u) << r.text(0);
+        inside(s, 4, 4, 292, 212, "image " + r.text(0));
+        const auto l = labels(s);
+        for (size_t i = 1; i < r.field.size(); ++i) {
+            const std::string& c = r.text(i);
+            if (const size_t lt = c.find('<'); lt != std::string::npos) {
+                EXPECT_LT(l.at(c.substr(0, lt)), l.at(c.substr(lt + 1))) << r.text(0) << " " << c;
+            } else {
+                EXPECT_EQ(l.count(c[0] == '!' ? c.substr(1) : c), c[0] == '!' ? 0u : 1u) << r.text(0) << " " << c;
+            }
         }
     }
     // The pads name themselves; an index no prompt uses draws nothing.

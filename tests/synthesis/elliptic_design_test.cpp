@@ -38,7 +38,7 @@ void design(test::Session& s, const std::string& selector, const std::string& pr
                          "\n> Getdata: Lossless\n";
     if (!terminate.empty()) script += "> terminate: " + terminate + "\n";
     script += ">? designtitle: Command1\nelliptic\n";
-    ASSERT_EQ(s.run(script), 0) << s.err.str();
+    ASSERT_TRUE(s.ok(script));
     ASSERT_EQ(store.lastslot, 0);
 }
 

@@ -1,10 +1,12 @@
 // The elliptic prototype and its ladder, checked against the textbook Cauer low-pass
 // computed independently (Jacobi functions by the AGM, a chain-matrix analysis of the
-// ladder), and the termination rules by hand calculation.
+// ladder), the termination rules by hand calculation, and the ladder layouts from either
+// end with Bartlett's bisection against ladders worked by hand.
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
+#include <sstream>
 #include <string>
 
 #include "core/designflow.h"
@@ -13,6 +15,7 @@
 #include "design/ellipticcmd.h"
 #include "synthesis/ellipticproto.h"
 #include "synthesis/ellipticrealize.h"
+#include "files.h"
 #include "testsupport.h"
 
 namespace zelk {
@@ -75,26 +78,18 @@ TEST(EllipticProto, OddEqualTerminationsMatchTheTextbookCauerResponse) {
     // series takes the discrimination modulus as 0, so the ripple comes out within a few
     // per cent of Apass rather than exactly; high orders lose a little to the conditioning
     // of the zero shifting.
-    struct Case {
-        int n;
-        double Apass, wA;
-        const char* cf;
-    };
-    const Case cases[] = {{3, 0.5, 1.5, "Pi"}, {3, 1.0, 2.0, "T"},  {5, 0.1, 1.5, "T"},
-                          {5, 0.25, 2.0, "Pi"}, {7, 0.1, 1.5, "Pi"}, {7, 0.2, 1.6, "T"},
-                          {9, 0.1, 1.5, "Pi"},  {9, 0.5, 2.0, "T"},  {11, 0.1, 1.8, "Pi"},
-                          {11, 0.1, 2.0, "T"}};
-    for (const Case& c : cases) {
-        SCOPED_TRACE("order " + std::to_string(c.n) + " " + c.cf + " Apass " + std::to_string(c.Apass) +
-                     " wA " + std::to_string(c.wA));
+    for (const test::Row& r : test::datarows("elliptic.txt", "cauer")) {
+        const int n = r.whole(0);
+        const double Apass = r.num(1), wA = r.num(2);
+        SCOPED_TRACE("order " + r.text(0) + " " + r.text(3) + " Apass " + r.text(1) + " wA " + r.text(2));
         test::Session s;
-        ASSERT_TRUE(design(s, {.Apass = c.Apass, .order = double(c.n), .wA = c.wA, .configuration = c.cf}));
-        const Cauer ref(c.n, c.Apass, c.wA);
+        ASSERT_TRUE(design(s, {.Apass = Apass, .order = double(n), .wA = wA, .configuration = r.text(3)}));
+        const Cauer ref(n, Apass, wA);
         const DesignSlot& d = slot(0);
         EXPECT_EQ(d.r0.value(), 50);
         EXPECT_EQ(elliptic.termmode, "Maxpower");
         EXPECT_EQ(elliptic.designtype, "a");
-        EXPECT_EQ(d.count(), c.n + 3);
+        EXPECT_EQ(d.count(), n + 3);
 
         // Nome series and the least stop-band attenuation against the exact values.
         EXPECT_NEAR(elliptic.nome, ref.nome(), 1e-9);
@@ -103,14 +98,14 @@ TEST(EllipticProto, OddEqualTerminationsMatchTheTextbookCauerResponse) {
         // Loss zeros at 0 and sn(2iK/n); the pass band rises to Apass and no further.
         const double r0 = 50;
         EXPECT_NEAR(test::insertionloss(0, 1e-6, r0), 0, 1e-9);
-        for (int i = 1; i <= (c.n - 1) / 2; ++i) EXPECT_NEAR(test::insertionloss(0, ref.losszero(i), r0), 0, 5e-5);
+        for (int i = 1; i <= (n - 1) / 2; ++i) EXPECT_NEAR(test::insertionloss(0, ref.losszero(i), r0), 0, 5e-5);
         const double edge = test::insertionloss(0, 1.0, r0);
-        EXPECT_NEAR(edge, c.Apass, 0.035 * c.Apass);
+        EXPECT_NEAR(edge, Apass, 0.035 * Apass);
         const Range pass = scan(1e-3, 1.0, r0, 20000);
         EXPECT_LT(pass.max, edge * 1.01);
         EXPECT_GT(pass.min, -1e-9);
         // Equiripple: every pass-band peak reaches the edge value.
-        for (int i = 0; i < (c.n - 1) / 2; ++i) {
+        for (int i = 0; i < (n - 1) / 2; ++i) {
             const Range around = scan(ref.peak(i) * 0.97, ref.peak(i) * 1.03, r0, 600);
             EXPECT_NEAR(around.max, edge, 0.035 * edge);
         }
@@ -119,17 +114,17 @@ TEST(EllipticProto, OddEqualTerminationsMatchTheTextbookCauerResponse) {
         std::vector<double> zeros;
         for (int k = 2; k < d.count(); ++k)
             if (d.dip(k).type == 5 || d.dip(k).type == 34) zeros.push_back(trapzero(k));
-        ASSERT_EQ(static_cast<int>(zeros.size()), (c.n - 1) / 2);
+        ASSERT_EQ(static_cast<int>(zeros.size()), (n - 1) / 2);
         std::sort(zeros.begin(), zeros.end());
-        for (int i = 1; i <= (c.n - 1) / 2; ++i) {
-            const double z = ref.zero((c.n - 1) / 2 + 1 - i); // ascending
+        for (int i = 1; i <= (n - 1) / 2; ++i) {
+            const double z = ref.zero((n - 1) / 2 + 1 - i); // ascending
             EXPECT_NEAR(zeros[static_cast<size_t>(i - 1)] / z, 1, 2e-5);
             EXPECT_GT(test::insertionloss(0, z * (1 + 1e-7), r0), 100);
         }
 
         // The computed Astop everywhere beyond the stop-band edge, and the least loss
         // found there is the textbook one.
-        const Range stop = scan(c.wA, c.wA * 200, r0, 20000);
+        const Range stop = scan(wA, wA * 200, r0, 20000);
         EXPECT_GT(stop.min, d.Astop.value() - 0.02);
         EXPECT_NEAR(stop.min, ref.Astop(), 0.02);
     }
@@ -216,38 +211,20 @@ TEST(EllipticProto, OrderEstimateAndLimit) {
 }
 
 TEST(EllipticProto, TerminationRatiosAndTheirThresholds) {
-    // Ratio exactly 10: the load is moved to 100 times the source; 9.99 stays matched.
-    struct Case {
-        int n;
-        const char* cf;
-        double Zin, Zout;
-        const char* mode;
-        double Zin2, Zout2, r0;
-        bool fromoutput;
-    };
-    const Case cases[] = {
-        {3, "Pi", 50, 500, "Maxvoltage", 50, 5000, 50, false},
-        {3, "T", 50, 500, "Maxvoltage", 50, 5000, 5000, true},
-        {4, "Pi", 50, 500, "Maxvoltage", 50, 5000, 5000, true},
-        {4, "T", 50, 500, "Maxvoltage", 50, 5000, 50, false},
-        {5, "Pi", 500, 50, "Maxcurrent", 5000, 50, 50, true},
-        {5, "T", 500, 50, "Maxcurrent", 5000, 50, 5000, false},
-        {6, "Pi", 500, 50, "Maxcurrent", 5000, 50, 5000, false},
-        {6, "T", 500, 50, "Maxcurrent", 5000, 50, 50, true},
-        {3, "SPPi", 50, 500, "Maxvoltage", 50, 5000, 5000, true}, // only "Pi" is the Pi column
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(std::to_string(c.n) + c.cf + " " + std::to_string(c.Zout / c.Zin));
+    // Ratio exactly 10 (rows of [ratio10]); 9.99 stays matched.
+    for (const test::Row& r : test::datarows("elliptic.txt", "ratio10")) {
+        const int n = r.whole(0);
+        SCOPED_TRACE(r.text(0) + r.text(1) + " " + r.text(2) + " to " + r.text(3));
         test::Session s;
-        ASSERT_TRUE(design(s, {.order = double(c.n), .Zin = c.Zin, .Zout = c.Zout, .configuration = c.cf,
-                               .terminate = c.n % 2 ? "" : "\"Use Both\""}));
-        EXPECT_EQ(elliptic.termmode, c.mode);
-        EXPECT_EQ(slot(0).Zin.value(), c.Zin2);
-        EXPECT_EQ(slot(0).Zout.value(), c.Zout2);
-        EXPECT_EQ(slot(0).r0.value(), c.r0);
-        EXPECT_EQ(elliptic.fromoutput, c.fromoutput);
+        ASSERT_TRUE(design(s, {.order = double(n), .Zin = r.num(2), .Zout = r.num(3), .configuration = r.text(1),
+                               .terminate = n % 2 ? "" : "\"Use Both\""}));
+        EXPECT_EQ(elliptic.termmode, r.text(4));
+        EXPECT_EQ(slot(0).Zin.value(), r.num(5));
+        EXPECT_EQ(slot(0).Zout.value(), r.num(6));
+        EXPECT_EQ(slot(0).r0.value(), r.num(7));
+        EXPECT_EQ(elliptic.fromoutput, r.text(8) == "load");
         // Singly loaded even designs are type "b" whatever the button.
-        EXPECT_EQ(elliptic.designtype, c.n % 2 ? "a" : "b");
+        EXPECT_EQ(elliptic.designtype, n % 2 ? "a" : "b");
     }
     {
         // 9.99 and 0.1001 stay "Maxpower" with r0 = Zin and fromoutput as it was.
@@ -262,34 +239,21 @@ TEST(EllipticProto, TerminationRatiosAndTheirThresholds) {
 }
 
 TEST(EllipticProto, SinglyLoadedAndEvenLaddersKeepTheRipple) {
-    // A ratio of 100 makes a singly loaded design: the loss at DC is the mismatch of the
-    // two terminations, 20 log10((1 + 100) / (2 sqrt(100))) = 14.066 dB, and the pass band
-    // ripples Apass above it (an odd "Maxcurrent" design is also bisected, with a ratio of
-    // 0.01, and loses its ripple: not taken here). Even orders of type "b" lose Apass at DC and match at the
-    // ripple minima; type "c" matches at DC. Every case reaches Astop at the (moved)
-    // stop-band edge. Ladder analysed by the chain matrices of elliptic_reference.h.
-    struct Case {
-        int n;
-        const char* cf;
-        double Zout;
-        const char* button;
-        double dc;
-    };
-    const double mismatch = 20 * std::log10(101.0 / 20);
-    const Case cases[] = {{5, "Pi", 5000, "", mismatch},          {5, "T", 5000, "", mismatch},
-                          {6, "Pi", 0.5, "\"Use Zin\"", mismatch}, {6, "Pi", 5000, "\"Use Both\"", mismatch},
-                          {4, "Pi", 50, "\"Use Zin\"", 0.1},     {6, "T", 50, "\"Use Zin\"", 0.1},
-                          {8, "Pi", 50, "\"Use Zin\"", 0.1},     {6, "Pi", 50, "\"Use Both\"", 0},
-                          {6, "T", 50, "\"Use Both\"", 0}};
-    for (const Case& c : cases) {
-        SCOPED_TRACE(std::to_string(c.n) + " " + c.cf + " " + std::to_string(c.Zout) + " " + c.button);
+    // The pass band ripples Apass above the loss at DC of each row of [ripple] (an odd
+    // "Maxcurrent" design is also bisected, with a ratio of 0.01, and loses its ripple: not
+    // taken here), and every case reaches Astop at the (moved) stop-band edge. Ladder
+    // analysed by the chain matrices of reference.h.
+    for (const test::Row& r : test::datarows("elliptic.txt", "ripple")) {
+        const int n = r.whole(0);
+        SCOPED_TRACE(r.text(0) + " " + r.text(1) + " " + r.text(2) + " " + r.text(3));
         test::Session s;
-        ASSERT_TRUE(design(s, {.order = double(c.n), .Zout = c.Zout, .configuration = c.cf, .terminate = c.button}));
+        const std::string button = r.text(3) == "-" ? "" : "\"" + r.text(3) + "\"";
+        ASSERT_TRUE(design(s, {.order = double(n), .Zout = r.num(2), .configuration = r.text(1), .terminate = button}));
         const double r0 = slot(0).r0;
-        EXPECT_NEAR(test::insertionloss(0, 1e-6, r0), c.dc, 1e-3);
+        EXPECT_NEAR(test::insertionloss(0, 1e-6, r0), r.num(4), 1e-3);
         const Range pass = scan(1e-3, 1.0, r0, 20000);
         EXPECT_NEAR(pass.max - pass.min, 0.1, 0.006);
-        const double ws = c.n % 2 ? 1.5 : slot(0).w2 / slot(0).w1;
+        const double ws = n % 2 ? 1.5 : slot(0).w2 / slot(0).w1;
         const Range stop = scan(ws, ws * 200, r0, 20000);
         EXPECT_NEAR(stop.min - pass.min, slot(0).Astop.value(), 0.1);
     }
@@ -297,37 +261,25 @@ TEST(EllipticProto, SinglyLoadedAndEvenLaddersKeepTheRipple) {
 
 TEST(EllipticProto, EvenOrderTerminationChoices) {
     const double rho = std::sqrt(1 - std::pow(10, -0.01)); // 0.1 dB
-    struct Case {
-        const char* cf;
-        const char* button;
-        double Zin, Zout, r0;
-        const char* type;
+    const auto moved = [rho](const std::string& z) {
+        return z == "lo" ? 50 * (1 - rho) / (1 + rho) : z == "hi" ? 50 * (1 + rho) / (1 - rho) : std::stod(z);
     };
-    const Case cases[] = {
-        {"Pi", "\"Use Zin\"", 50, 50 * (1 - rho) / (1 + rho), 50, "b"},
-        {"T", "\"Use Zin\"", 50, 50 * (1 + rho) / (1 - rho), 50, "b"},
-        {"Pi", "\"Uze Zout\"", 50 * (1 + rho) / (1 - rho), 50, 50, "b"},
-        {"T", "\"Uze Zout\"", 50 * (1 - rho) / (1 + rho), 50, 50, "b"},
-        {"Pi", "\"Use Both\"", 50, 50, 50, "c"},
-        {"T", "Command3", 50, 50, 50, "c"},
-        {"Pi", "close", 50, 50, 50, "b"}, // closed without a choice: nothing changes
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(std::string(c.cf) + " " + c.button);
+    for (const test::Row& r : test::datarows("elliptic.txt", "evenchoices")) {
+        SCOPED_TRACE(r.text(0) + " " + r.text(1));
         test::Session s;
-        ASSERT_TRUE(design(s, {.order = 6, .configuration = c.cf, .terminate = c.button}));
+        ASSERT_TRUE(design(s, {.order = 6, .configuration = r.text(0), .terminate = r.text(1)}));
         EXPECT_TRUE(s.runner.desk.queue.empty());
-        EXPECT_NEAR(slot(0).Zin.value(), c.Zin, 1e-9);
-        EXPECT_NEAR(slot(0).Zout.value(), c.Zout, 1e-9);
-        EXPECT_EQ(slot(0).r0.value(), c.r0);
-        EXPECT_EQ(elliptic.designtype, c.type);
+        EXPECT_NEAR(slot(0).Zin.value(), moved(r.text(2)), 1e-9);
+        EXPECT_NEAR(slot(0).Zout.value(), moved(r.text(3)), 1e-9);
+        EXPECT_EQ(slot(0).r0.value(), 50);
+        EXPECT_EQ(elliptic.designtype, r.text(4));
         EXPECT_FALSE(store.oddorder);
         // The stop-band edge is moved up (w2 = w1 / snc[n]^2 or w1 / snd[n]^2).
         EXPECT_GT(slot(0).w2.value(), 1000.0 * 1.5 * 0.999);
         EXPECT_EQ(store.help1,
                   "Even order Elliptic filters cannot be realized without mutual inductances unless some "
                   "changes are made to your specifications.");
-        if (std::string(c.button) == "close") {
+        if (r.text(1) == "close") {
             EXPECT_EQ(flow.termchoice, "");
         }
     }
@@ -339,6 +291,43 @@ TEST(EllipticProto, FaultsInsteadOfUndefinedValues) {
     for (Request req : {Request{.wA = 0.8}, Request{.wA = 0}, Request{.Apass = 0}}) {
         test::Session s;
         EXPECT_THROW(design(s, req), RuntimeFault);
+    }
+}
+
+// The ladder layouts from either end and Bartlett's bisection, with marker element
+// values so that every placement is visible; the ladders worked by hand are the rows of
+// [layouts] in tests/data/elliptic.txt.
+TEST(EllipticRealize, LayoutsFromEitherEndAndBartlettsBisection) {
+    test::Session s;
+    for (const test::Row& r : test::datarows("elliptic.txt", "layouts")) {
+        const int n = r.whole(0);
+        SCOPED_TRACE(r.text(0) + " " + r.text(1) + " from the " + r.text(2) + ", " + r.text(3) + " to " + r.text(4));
+        store.lastslot = store.curslot = 0;
+        DesignSlot& d = slot(0);
+        d.order = n;
+        d.Zin = r.num(3);
+        d.Zout = r.num(4);
+        store.oddorder = n % 2 != 0;
+        elliptic.halforder = n / 2;
+        elliptic.fromoutput = r.text(2) == "load";
+        flow.configuration = r.text(1);
+        for (size_t k = 1; k <= 16; ++k) elliptic.elemA[k] = 10.0 + k, elliptic.elemB[k] = 100.0 + k;
+        d.dip(2) = Dipole{};
+        d.dip(2).type = 77, d.dip(2).C = 9;
+        ellipticrealize();
+        ASSERT_EQ(d.count(), static_cast<int>(r.field.size()) - 5);
+        for (int i = 1; i <= d.count(); ++i) {
+            std::string want = r.text(static_cast<size_t>(i) + 4);
+            std::replace(want.begin(), want.end(), ':', ' ');
+            std::istringstream in(want);
+            double type = 0, C = 0, L = 0, R = 0;
+            in >> type >> C >> L >> R;
+            const Dipole& p = d.dip(i);
+            EXPECT_EQ(p.type, type) << "dipole " << i;
+            EXPECT_DOUBLE_EQ(p.C, C) << "dipole " << i;
+            EXPECT_DOUBLE_EQ(p.L, L) << "dipole " << i;
+            EXPECT_DOUBLE_EQ(p.R, R) << "dipole " << i;
+        }
     }
 }
 

@@ -20,7 +20,7 @@ std::string padscript(const std::string& command, const std::string& terms, cons
 TEST(Pads, TenDecibelPadsAtFiftyOhms) {
     // Textbook values: T pad 25.97 / 35.14 ohm, Pi pad 96.25 / 71.15 ohm.
     test::Session s;
-    ASSERT_EQ(s.run(padscript("attnt", "50 50", "10")), 0);
+    ASSERT_TRUE(s.ok(padscript("attnt", "50 50", "10")));
     EXPECT_NEAR(pad.padattn, 10, 1e-12);
     const DesignSlot& t = slot(0);
     EXPECT_EQ(t.code, "PAD");
@@ -34,7 +34,7 @@ TEST(Pads, TenDecibelPadsAtFiftyOhms) {
     EXPECT_NEAR(test::insertionloss(0, 1000), 10, 1e-6); // by the chain matrix
 
     test::Session p;
-    ASSERT_EQ(p.run(padscript("attnp", "50 50", "10")), 0);
+    ASSERT_TRUE(p.ok(padscript("attnp", "50 50", "10")));
     const DesignSlot& q = slot(0);
     const int ptypes[] = {1, 31, 1, 31, 6, 31};
     for (int d = 1; d <= 6; ++d) EXPECT_EQ(q.dip(d).type, ptypes[d - 1]) << d;
@@ -50,7 +50,7 @@ TEST(Pads, TenDecibelPadsAtFiftyOhms) {
 TEST(Pads, LeftoverValueEndsTheSearchAtOnce) {
     test::Session f;
     dipole(0, 5).R = 12;
-    ASSERT_EQ(f.run(padscript("attnt", "50 50", "accept")), 0);
+    ASSERT_TRUE(f.ok(padscript("attnt", "50 50", "accept")));
     EXPECT_NEAR(pad.padattn, 10, 1e-12);
 }
 

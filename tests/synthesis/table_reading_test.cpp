@@ -9,6 +9,7 @@
 #include "core/designflow.h"
 #include "core/designstore.h"
 #include "synthesis/tables.h"
+#include "files.h"
 #include "reference.h"
 #include "testsupport.h"
 
@@ -33,38 +34,21 @@ void terms(int order, double zin, double zout) {
 
 TEST(TableReading, RecordSelection) {
     test::Session session;
-    const char* odd = "3,0,9,9,9\n3,1,1,2,3\n3,.5,4,5,6\n3,.2,7,8,9\n";
-    const char* even = "2,1.5,1,2\n2,3,3,4\n2,0,5,6\n";
-    // Table, order and terminations asked for, the ratio chosen, and one g of it.
-    const struct {
-        const char* table;
-        int order;
-        double zin, zout, ratio;
-        int k;
-        double g;
-    } cases[] = {
-        {odd, 3, 50, 50, 1, 1, 1},   // equal ends: the stored 0 reads 100 and is passed over
-        {odd, 3, 50, 30, .5, 1, 4},  // odd: the first ratio not above t, whichever end is larger
-        {odd, 3, 30, 100, .2, 3, 9},
-        {even, 2, 50, 50, 1.5, 1, 1}, // even: the first ratio above t
-        {even, 2, 100, 50, 3, 1, 3},
-        {even, 2, 50, 200, 100, 2, 6}, // 0 reads 100 and takes every t below it
-        {"2,1.5,1,2\n3,1,7,8,9\n", 4, 50, 50, 1, 1, 7}, // an order the file lacks: the last record stands
-    };
-    for (const auto& c : cases) {
-        terms(c.order, c.zin, c.zout);
-        opentext(c.table);
+    for (const test::Row& r : test::datarows("layouts.txt", "tablechoice")) {
+        const int order = r.whole(1);
+        terms(order, r.num(2), r.num(3));
+        opentext(r.text(0));
         gettabledata();
-        EXPECT_EQ(tables.tabratio, c.ratio) << c.table << c.zin << c.zout;
-        EXPECT_EQ(store.g[c.k], c.g);
-        if (c.order < 4) {
-            EXPECT_EQ(store.oddorder, c.order % 2 == 1);
+        EXPECT_EQ(tables.tabratio, r.num(4)) << r.text(0) << r.text(2) << r.text(3);
+        EXPECT_EQ(store.g[r.whole(5)], r.num(6));
+        if (order < 4) {
+            EXPECT_EQ(store.oddorder, order % 2 == 1);
         }
         EXPECT_FALSE(tables.file1.is_open());
     }
     // getCRtabledata takes the first record of the order, whatever its ratio.
     terms(3, 50, 50);
-    opentext(odd);
+    opentext("3,0,9,9,9\n3,1,1,2,3\n");
     getCRtabledata();
     EXPECT_EQ(store.g[1], 9);
     EXPECT_FALSE(tables.file1.is_open());
@@ -82,71 +66,30 @@ TEST(TableReading, TruncatedRecordIsAHostFault) {
     }
 }
 
-// The shipped tables through the command: order 10 is accepted, 11 refused with the
-// file closed and the slot given up.
-TEST(TableReading, OrderLimitOfTheCommands) {
-    test::Session s;
-    EXPECT_EQ(s.run("> selfunction: \"Accept design\"\n> Getdata: 1000 10 50 50\n> Getdata: Lossless\n"
-                    ">? designtitle: Text1=\"B\" Command1\nBessel\n"),
-              0);
-    EXPECT_EQ(slot(0).code, "TLP");
-    EXPECT_EQ(slot(0).count(), 12);
-    EXPECT_EQ(slot(0).dip(11).type, 2);
-    EXPECT_FALSE(tables.file1.is_open());
-    EXPECT_EQ(s.run("newfilter\n> selfunction: \"Accept design\"\n> Getdata: 1000 11 50 50\n"
-                    "> Getdata: Lossless\nBessel\ndump messages\n"),
-              0);
-    EXPECT_NE(s.take().find("text=\"Maximum order is 10.\""), std::string::npos);
-    EXPECT_FALSE(tables.file1.is_open());
-    EXPECT_EQ(store.lastslot, -1);
-}
+// The order limit of the table commands with the shipped tables is the golden script
+// table_order_limit.
 
-struct LayoutCase {
-    const char* configuration;
-    int n;
-    double zin, zout;
-    const char* termchoice;
-    double wantzin, wantzout, wantr0;
-    std::vector<int> types;
-    double firstpart; // value at the first ladder element (g read forwards or backwards)
-};
-
-// g[k] = k + 0.5 so that the reading direction shows; ratio 2 for even, 0.5 for odd.
+// The termination table of tablerealize, row by row (tests/data/layouts.txt).
 TEST(TableReading, RealizeEveryRowOfTheTerminationTable) {
     test::Session session;
-    const std::vector<LayoutCase> cases = {
-        {"Pi", 3, 50, 100, "Zin", 50, 100, 100, {1, 33, 2, 33, 6, 31}, 1.5},
-        {"Pi", 3, 100, 50, "Zin", 100, 50, 100, {1, 33, 2, 33, 6, 31}, 3.5},
-        {"Pi", 2, 50, 60, "Zin", 50, 100, 100, {1, 33, 2, 31}, 1.5},
-        {"Pi", 2, 60, 50, "Zin", 60, 30, 60, {1, 38, 2, 33, 6, 31}, 2.5},
-        {"T", 3, 100, 50, "Zin", 100, 50, 100, {1, 38, 2, 33, 2, 31}, 1.5},
-        {"T", 3, 50, 100, "Zin", 50, 100, 100, {1, 38, 2, 33, 2, 31}, 3.5},
-        {"T", 2, 50, 60, "Zin", 50, 100, 50, {1, 38, 2, 33, 6, 31}, 1.5},
-        {"T", 2, 60, 50, "Zin", 60, 120, 120, {1, 33, 2, 31}, 2.5},
-        // "Zout" keeps Zout and moves Zin.
-        {"Pi", 3, 50, 100, "Zout", 50, 100, 100, {1, 33, 2, 33, 6, 31}, 1.5},
-        {"T", 2, 50, 60, "Zout", 30, 60, 30, {1, 38, 2, 33, 6, 31}, 1.5},
-        // Any other choice moves nothing.
-        {"Pi", 3, 50, 60, "BOTH", 50, 60, 60, {1, 33, 2, 33, 6, 31}, 1.5},
-    };
-    for (const LayoutCase& c : cases) {
-        SCOPED_TRACE(std::string(c.configuration) + " n=" + std::to_string(c.n) + " " + std::to_string(c.zin) +
-                     "/" + std::to_string(c.zout) + " " + c.termchoice);
-        terms(c.n, c.zin, c.zout);
-        flow.configuration = c.configuration;
-        flow.termchoice = c.termchoice;
-        tables.tabratio = c.n % 2 ? 0.5 : 2;
+    for (const test::Row& r : test::datarows("layouts.txt", "tablerealize")) {
+        SCOPED_TRACE(r.text(1) + " n=" + r.text(0) + " " + r.text(2) + "/" + r.text(3) + " " + r.text(4));
+        const int n = r.whole(0);
+        terms(n, r.num(2), r.num(3));
+        flow.configuration = r.text(1);
+        flow.termchoice = r.text(4);
+        tables.tabratio = n % 2 ? 0.5 : 2;
         for (int k = 1; k <= 16; ++k) store.g[k] = k + 0.5;
         tablerealize();
         const DesignSlot& s = slot(0);
-        EXPECT_DOUBLE_EQ(s.Zin, c.wantzin);
-        EXPECT_DOUBLE_EQ(s.Zout, c.wantzout);
-        EXPECT_DOUBLE_EQ(s.r0, c.wantr0);
-        EXPECT_EQ(test::types(), c.types);
-        EXPECT_DOUBLE_EQ(s.dip(1).R, c.wantzin);
-        EXPECT_DOUBLE_EQ(s.dip(s.count()).R, c.wantzout);
+        EXPECT_DOUBLE_EQ(s.Zin, r.num(5));
+        EXPECT_DOUBLE_EQ(s.Zout, r.num(6));
+        EXPECT_DOUBLE_EQ(s.r0, r.num(7));
+        EXPECT_EQ(test::types(), r.list(8));
+        EXPECT_DOUBLE_EQ(s.dip(1).R, r.num(5));
+        EXPECT_DOUBLE_EQ(s.dip(s.count()).R, r.num(6));
         const Dipole& first = s.dip(s.dip(2).type == 38 ? 3 : 2);
-        EXPECT_DOUBLE_EQ(first.C + first.L, c.firstpart);
+        EXPECT_DOUBLE_EQ(first.C + first.L, r.num(9));
     }
 }
 

@@ -1,9 +1,11 @@
 // Every record of the seven prototype tables, designed through gettabledata, tablerealize
 // and LPtoLP and analysed with the forward walk: the 3 dB point must sit at the cut-off
 // and each family must show its defining property. Published values serve as references
-// where they exist (Bessel 3 dB frequencies and element values, Legendre polynomials).
+// where they exist (Bessel 3 dB frequencies and element values in tests/data/prototypes.txt,
+// Legendre polynomials).
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <string>
 #include <vector>
@@ -137,9 +139,9 @@ void runfamily(const std::string& file, Check property) {
 // Bessel: the DC delay of the 3 dB-normalised filter is the 3 dB frequency of the
 // delay-normalised one (published: 1.3617, 1.7557, 2.1139, ...), and the delay is flat.
 void besselproperty(const Record& r) {
-    static const double w3[] = {0, 1.0, 1.3617, 1.7557, 2.1139, 2.4274, 2.7034, 2.9517, 3.1796, 3.3917, 3.5910};
-    const double t0 = groupdelay(1e-3);
-    EXPECT_NEAR(t0, w3[r.n], 0.0015 * w3[r.n]);
+    static const auto w3 = test::datarows("prototypes.txt", "bessel3db");
+    const double t0 = groupdelay(1e-3), want = w3.at(static_cast<size_t>(r.n) - 1).num(1);
+    EXPECT_NEAR(t0, want, 0.0015 * want);
     if (r.n >= 3) {
         EXPECT_NEAR(groupdelay(0.5) / t0, 1.0, 0.01); // maximally flat delay
     }
@@ -186,20 +188,18 @@ TEST(TableRecords, TransitionalGaussianEveryRecord) {
 }
 
 // Legendre: 1/|H|^2 = 1 + L_n(w^2); the published polynomials of orders 3 to 5 give the
-// attenuation, and every order is monotonic in the pass band.
+// attenuation (tests/data/prototypes.txt), and every order is monotonic in the pass band.
 void legendreproperty(const Record& r) {
-    auto L = [&](double x) {
-        switch (r.n) {
-        case 3: return 3 * x * x * x - 3 * x * x + x;
-        case 4: return 6 * std::pow(x, 4) - 8 * x * x * x + 3 * x * x;
-        case 5: return 20 * std::pow(x, 5) - 40 * std::pow(x, 4) + 28 * x * x * x - 8 * x * x + x;
-        default: return -1.0;
-        }
-    };
-    for (double w : {0.3, 0.6, 0.9, 1.3, 2.0})
-        if (L(0.5) >= 0) {
-            EXPECT_NEAR(attn(w), 10 * std::log10(1 + L(w * w)), 0.005) << "w " << w;
-        }
+    static const auto published = test::datarows("prototypes.txt", "legendre");
+    for (const test::Row& p : published) {
+        if (p.whole(0) != r.n) continue;
+        auto L = [&](double x) {
+            double sum = 0;
+            for (size_t k = p.field.size() - 1; k >= 1; --k) sum = (sum + p.num(k)) * x;
+            return sum;
+        };
+        for (double w : {0.3, 0.6, 0.9, 1.3, 2.0}) EXPECT_NEAR(attn(w), 10 * std::log10(1 + L(w * w)), 0.005) << w;
+    }
     double prev = 0;
     for (double w = 0.05; w <= 1.0; w += 0.05) {
         const double a = attn(w);
@@ -244,21 +244,15 @@ TEST(TableRecords, LinearPhaseEveryRecord) {
     runfamily("linph5.tbl", [](const Record& r) { linearproperty(r, 0.5, band5); });
 }
 
-// Published equally terminated Bessel ladders (3 dB at 1 rad/s, 1 ohm), to 4 figures.
+// Published equally terminated Bessel ladders (3 dB at 1 rad/s, 1 ohm), to 4 figures: the
+// first record of each order.
 TEST(TableRecords, BesselMatchesPublishedLadders) {
     const auto all = readtable("bessel.tbl");
-    auto find = [&](int n) -> const Record& {
-        for (const Record& r : all)
-            if (r.n == n) return r;
-        throw std::runtime_error("missing order");
-    };
-    const std::vector<std::vector<double>> published = {
-        {2.1478, 0.5755}, {2.2034, 0.9705, 0.3374}, {2.2404, 1.0815, 0.6725, 0.2334},
-        {2.2582, 1.1110, 0.8040, 0.5072, 0.1743}};
-    for (size_t k = 0; k < published.size(); ++k) {
-        const Record& r = find(static_cast<int>(k) + 2);
-        for (size_t i = 0; i < published[k].size(); ++i)
-            EXPECT_NEAR(r.g[i], published[k][i], 2e-4 * published[k][i] + 1e-4) << "order " << r.n << " g" << i + 1;
+    for (const test::Row& p : test::datarows("prototypes.txt", "bessel")) {
+        auto r = std::find_if(all.begin(), all.end(), [&](const Record& x) { return x.n == p.whole(0); });
+        ASSERT_NE(r, all.end());
+        for (size_t i = 0; i < r->g.size(); ++i)
+            EXPECT_NEAR(r->g[i], p.num(i + 1), 2e-4 * p.num(i + 1) + 1e-4) << "order " << r->n << " g" << i + 1;
     }
 }
 

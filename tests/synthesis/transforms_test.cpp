@@ -8,6 +8,7 @@
 #include "core/designflow.h"
 #include "core/designstore.h"
 #include "synthesis/transforms.h"
+#include "files.h"
 #include "reference.h"
 #include "testsupport.h"
 
@@ -31,38 +32,19 @@ double part(int d) { return slot(0).dip(d).C + slot(0).dip(d).L; }
 
 TEST(SchematicRealize, EveryRowOfTheLayoutTable) {
     test::Session session;
-    using V = std::vector<int>;
-    // Order, terminations, configuration; the types laid out (empty: not checked), the
-    // element values of some dipoles (g = k + 0.5 shows the reading direction), r0.
-    const struct {
-        int n;
-        double zin, zout;
-        const char* cf;
-        V types;
-        std::vector<std::pair<int, double>> parts;
-        double r0;
-    } rows[] = {
-        {3, 50, 50, "Pi", {1, 33, 2, 33, 6, 31}, {{2, 1.5}, {4, 3.5}}, 50},     // odd, Zin <= Zout: forwards
-        {3, 100, 50, "Pi", {1, 33, 2, 33, 6, 31}, {{2, 3.5}}, 50},              // else backwards, r0 = Zout
-        {4, 50, 50, "Pi", {1, 33, 2, 33, 2, 31}, {{2, 1.5}}, 50},               // even, Zin >= Zout: forwards
-        {4, 50, 100, "Pi", {1, 38, 2, 33, 2, 33, 6, 31}, {{3, 4.5}, {6, 1.5}}, 100}, // else L first backwards
-        {3, 50, 50, "T", {1, 38, 2, 33, 2, 31}, {{3, 1.5}, {5, 3.5}}, 50},      // odd, Zin >= Zout: L first
-        {3, 50, 75, "T", {}, {{3, 3.5}}, 75},                                   // else backwards
-        {2, 50, 50, "T", {1, 38, 2, 33, 6, 31}, {{3, 1.5}}, 50},                // even, Zin <= Zout
-        {2, 75, 50, "T", {1, 33, 2, 31}, {{2, 2.5}}, 50},                       // else C first backwards
-        {1, 50, 50, "SPT", {1, 38, 2, 31}, {}, 50},                             // anything but "Pi" is T
-        {1, 50, 50, "Pi", {1, 33, 6, 31}, {}, 50},
-    };
-    for (const auto& r : rows) {
-        SCOPED_TRACE(std::to_string(r.n) + " " + r.cf + " " + std::to_string(r.zout / r.zin));
-        ladder(r.n, r.zin, r.zout, r.cf);
-        if (!r.types.empty()) {
-            EXPECT_EQ(test::types(), r.types);
+    for (const test::Row& r : test::datarows("layouts.txt", "schematicrealize")) {
+        SCOPED_TRACE(r.text(0) + " " + r.text(1) + " " + r.text(2) + " to " + r.text(3));
+        ladder(r.whole(0), r.num(2), r.num(3), r.text(1));
+        if (r.text(5) != "-") {
+            EXPECT_EQ(test::types(), r.list(5));
         }
-        for (auto [d, v] : r.parts) EXPECT_EQ(part(d), v) << d;
-        EXPECT_EQ(slot(0).r0.value(), r.r0);
-        EXPECT_EQ(slot(0).dip(1).R, r.zin);
-        EXPECT_EQ(slot(0).dip(slot(0).count()).R, r.zout);
+        for (size_t i = 6; i < r.field.size(); ++i) {
+            const std::string& at = r.text(i); // dipole:value
+            EXPECT_EQ(part(std::stoi(at)), std::stod(at.substr(at.find(':') + 1))) << at;
+        }
+        EXPECT_EQ(slot(0).r0.value(), r.num(4));
+        EXPECT_EQ(slot(0).dip(1).R, r.num(2));
+        EXPECT_EQ(slot(0).dip(slot(0).count()).R, r.num(3));
     }
     EXPECT_EQ(store.oddorder, true);
     // A 16th order fits the tables: 20 dipoles.
@@ -75,67 +57,52 @@ TEST(SchematicRealize, EveryRowOfTheLayoutTable) {
     EXPECT_THROW(schematicrealize(), RuntimeFault);
 }
 
-TEST(Transforms, LowPassAndHighPassByHand) {
+// The four transforms of the ladder R | C 1.5 | L 2.5 | (C 3.5) | R at 50 ohms and w0 = 1000,
+// element by element by hand. The high-pass also gets an L || C arm at 5 (L 2, C 4, Ca 7),
+// which keeps its type with its parts swapped by reciprocals and loses Ca.
+TEST(Transforms, EachElementByHand) {
     test::Session session;
-    ladder(3, 50, 50, "Pi");
-    slot(0).w0 = 1000;
-    flow.Qdesign = 80;
-    LPtoLP();
-    EXPECT_DOUBLE_EQ(slot(0).dip(2).C, 1.5 / 50 / 1000);
-    EXPECT_DOUBLE_EQ(slot(0).dip(3).L, 2.5 * 50 / 1000);
-    EXPECT_EQ(slot(0).dip(3).Qu, 80);
-    EXPECT_EQ(slot(0).dip(2).Qu, 0);
-    EXPECT_EQ(slot(0).dip(1).R, 50);
-
-    // High-pass: shunt C 1.5 becomes shunt L 1/1.5, series L 2.5 becomes series C 1/2.5.
-    ladder(3, 50, 50, "Pi");
-    slot(0).w0 = 1000;
-    slot(0).dip(5).type = 5; // an L||C arm keeps its type, its parts swapped by reciprocals
-    slot(0).dip(5).L = 2;
-    slot(0).dip(5).C = 4;
-    slot(0).dip(5).Ca = 7;
-    LPtoHP();
-    const Dipole& shuntL = slot(0).dip(2);
-    EXPECT_EQ(shuntL.type, 32);
-    EXPECT_DOUBLE_EQ(shuntL.L, (1 / 1.5) * 50 / 1000);
-    EXPECT_EQ(shuntL.C, 0);
-    EXPECT_EQ(shuntL.Qu, 80);
-    EXPECT_EQ(slot(0).dip(3).type, 3);
-    EXPECT_DOUBLE_EQ(slot(0).dip(3).C, (1 / 2.5) / 1000 / 50);
-    EXPECT_EQ(slot(0).dip(5).type, 5);
-    EXPECT_DOUBLE_EQ(slot(0).dip(5).L, 0.25 * 50 / 1000);
-    EXPECT_DOUBLE_EQ(slot(0).dip(5).C, 0.5 / 1000 / 50);
-    EXPECT_EQ(slot(0).dip(5).Ca, 0);
-}
-
-TEST(Transforms, BandPassAndBandRejectByHand) {
-    test::Session session;
-    ladder(2, 50, 50, "Pi"); // 33 (1.5), 2 (2.5)
-    slot(0).w0 = 1000;
-    flow.Qratio = 10;
-    flow.Qdesign = 0;
-    LPtoBP();
-    // A shunt C of 1.5 resonates with L = 1/(q C); a series L with C = 1/(q L).
-    EXPECT_EQ(slot(0).dip(2).type, 35);
-    EXPECT_DOUBLE_EQ(slot(0).dip(2).C, 15.0 / 50 / 1000);
-    EXPECT_DOUBLE_EQ(slot(0).dip(2).L, (1.0 / 15) * 50 / 1000);
-    EXPECT_EQ(slot(0).dip(3).type, 4);
-    EXPECT_DOUBLE_EQ(slot(0).dip(3).L, 25.0 * 50 / 1000);
-    EXPECT_DOUBLE_EQ(slot(0).dip(3).C, (1 / 25.0) / 1000 / 50);
-    // Every arm resonates at w0.
-    for (int d : {2, 3}) EXPECT_NEAR(slot(0).dip(d).L * slot(0).dip(d).C * 1e6, 1, 1e-12);
-
-    ladder(2, 50, 50, "Pi");
-    slot(0).w0 = 1000;
-    flow.Qdesign = 50;
-    LPtoBR();
-    EXPECT_EQ(slot(0).dip(2).type, 34);
-    EXPECT_DOUBLE_EQ(slot(0).dip(2).L, (10 / 1.5) * 50 / 1000);
-    EXPECT_DOUBLE_EQ(slot(0).dip(2).C, (1.5 / 10) / 1000 / 50);
-    EXPECT_EQ(slot(0).dip(3).type, 5);
-    EXPECT_DOUBLE_EQ(slot(0).dip(3).L, (2.5 / 10) * 50 / 1000);
-    EXPECT_EQ(slot(0).dip(3).Qu, 50);
-    for (int d : {2, 3}) EXPECT_NEAR(slot(0).dip(d).L * slot(0).dip(d).C * 1e6, 1, 1e-12);
+    const struct {
+        void (*transform)();
+        int order;
+        double Qratio, Qdesign;
+        int d, type;
+        double C, L, Qu;
+    } rows[] = {
+        {LPtoLP, 3, 0, 80, 2, 33, 1.5 / 50 / 1000, 0, 0},
+        {LPtoLP, 3, 0, 80, 3, 2, 0, 2.5 * 50 / 1000, 80},
+        {LPtoHP, 3, 0, 80, 2, 32, 0, (1 / 1.5) * 50 / 1000, 80},
+        {LPtoHP, 3, 0, 80, 3, 3, (1 / 2.5) / 1000 / 50, 0, 80},
+        {LPtoHP, 3, 0, 80, 5, 5, 0.5 / 1000 / 50, 0.25 * 50 / 1000, 80},
+        // Band-pass, q = 10: a shunt C of 1.5 resonates with L = 1/(q C); a series L with
+        // C = 1/(q L).
+        {LPtoBP, 2, 10, 0, 2, 35, 15.0 / 50 / 1000, (1.0 / 15) * 50 / 1000, 0},
+        {LPtoBP, 2, 10, 0, 3, 4, (1 / 25.0) / 1000 / 50, 25.0 * 50 / 1000, 0},
+        {LPtoBR, 2, 10, 50, 2, 34, (1.5 / 10) / 1000 / 50, (10 / 1.5) * 50 / 1000, 50},
+        {LPtoBR, 2, 10, 50, 3, 5, 1 / (2.5 / 10 * 50 / 1000) / 1e6, (2.5 / 10) * 50 / 1000, 50},
+    };
+    for (const auto& r : rows) {
+        SCOPED_TRACE("order " + std::to_string(r.order) + ", dipole " + std::to_string(r.d));
+        ladder(r.order, 50, 50, "Pi");
+        slot(0).w0 = 1000;
+        flow.Qratio = r.Qratio;
+        flow.Qdesign = r.Qdesign;
+        if (r.transform == LPtoHP) {
+            Dipole& arm = slot(0).dip(5);
+            arm.type = 5, arm.L = 2, arm.C = 4, arm.Ca = 7;
+        }
+        r.transform();
+        const Dipole& p = slot(0).dip(r.d);
+        EXPECT_EQ(p.type, r.type);
+        EXPECT_DOUBLE_EQ(p.C, r.C);
+        EXPECT_DOUBLE_EQ(p.L, r.L);
+        EXPECT_EQ(p.Qu, r.Qu);
+        EXPECT_EQ(p.Ca, 0);
+        if (r.Qratio) {
+            EXPECT_NEAR(p.L * p.C * 1e6, 1, 1e-12); // every arm resonates at w0
+        }
+        EXPECT_EQ(slot(0).dip(1).R, 50);
+    }
 }
 
 TEST(Transforms, DoubleResonanceArmsAndTheirRewrites) {
