@@ -129,6 +129,8 @@ inline DesignSlot& slot(int s) {
     return store.slots[static_cast<size_t>(s)];
 }
 inline Dipole& dipole(int s, int d) { return slot(s).dip(d); }
+// The slot the design commands work on.
+inline DesignSlot& current() { return slot(store.curslot); }
 
 // Writes the start values of a design into slot s (program start, change of kind).
 void startvalues(int s);

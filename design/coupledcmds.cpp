@@ -21,13 +21,12 @@ namespace zelk {
 
 namespace {
 
-DesignSlot& cur() { return slot(store.curslot); }
 
 const char* const resonatorline =
     "Number of resonators = order of the filter. Only order can be specified.  "
     "Try various orders to obtain the desired stopband Attn.";
 
-bool chebyshevcode() { return cur().code.rfind("C", 0) == 0; }
+bool chebyshevcode() { return current().code.rfind("C", 0) == 0; }
 
 std::string ordertext(double n) { return engformatvalue(n); }
 
@@ -38,7 +37,7 @@ void orderrow(double n) { panelrow(2, "Order =", ordertext(n), "Order of the fil
 bool startdesign(const std::string& code, const std::string& title, int kmin, int picture) {
     store.lastslot = static_cast<short>(store.lastslot + 1);
     store.curslot = store.lastslot;
-    DesignSlot& s = cur();
+    DesignSlot& s = current();
     s.code = code;
     s.title = title;
     flow.kmin = static_cast<short>(kmin);
@@ -54,7 +53,7 @@ bool startdesign(const std::string& code, const std::string& title, int kmin, in
 void closedform(bool chebyshev) {
     if (chebyshev) {
         chebyshevelements();
-        storeprototerms(static_cast<int>(Int(cur().order)));
+        storeprototerms(static_cast<int>(Int(current().order)));
     } else {
         butterworthCRproto();
     }
@@ -65,16 +64,16 @@ void tablefamily(const std::string& title, int kmin, const std::string& file) {
     sethelp(title, "", "", resonatorline);
     if (!startdesign("TCR", title, kmin, 17)) return;
     opentablefile(file);
-    cur().title = title;
+    current().title = title;
     getCRtabledata();
-    storeprototerms(static_cast<int>(Int(cur().order)));
+    storeprototerms(static_cast<int>(Int(current().order)));
     CRrealize();
 }
 
 } // namespace
 
 void getdesignCRa() {
-    DesignSlot& s = cur();
+    DesignSlot& s = current();
     const bool fresh = flow.crdefaults;
     const double w1 = s.w1, w2 = s.w2;
     const bool band = w1 > 0 && w2 > 0 && !fresh;
@@ -139,7 +138,7 @@ void getLC() {
 }
 
 void getZCR() {
-    DesignSlot& s = cur();
+    DesignSlot& s = current();
     const double r0 = Int(s.r0);
     auto shown = [r0](double field) {
         return engformatvalue(field == 0 || field == r0 ? r0 : field);

@@ -29,7 +29,6 @@ void takecrystalslot(const std::string& code, const std::string& title, int pict
 
 namespace {
 
-DesignSlot& cur() { return slot(store.curslot); }
 
 // The steps every crystal command takes before its prototype: the slot, code and title,
 // the crystal window, the sketch and getCL. False when getCL was cancelled (File New
@@ -46,7 +45,7 @@ bool startcrystaldesign(const std::string& code, const std::string& title, int p
 
 void tablecrystal(const std::string& title, const std::string& file) {
     if (!startcrystaldesign("TCL", title, 17)) return;
-    DesignSlot& s = cur();
+    DesignSlot& s = current();
     s.Zin = 1;
     s.Zout = 1;
     opentablefile(file);
@@ -62,7 +61,7 @@ void getCL() {
             "You can lie to the program and specify a phoney bandwidth that results in your desired bandwidth as "
             "shown by the analysis.",
             "Try your specified bandwidth first, then figure out what lie to use by trial and error.");
-    DesignSlot& s = cur();
+    DesignSlot& s = current();
     const bool fresh = flow.cldefaults;
     getdata.couplingmode = "TC";
     panelclear();
@@ -80,7 +79,7 @@ void getCL() {
 }
 
 void getZ() {
-    DesignSlot& s = cur();
+    DesignSlot& s = current();
     const std::string shown = engformatvalue(s.r0);
     panelclear();
     panelrow(0, "Coupling", "CLICK THERE -->", "Select coupling");
@@ -94,7 +93,7 @@ void getZ() {
 }
 
 void CLnormal() {
-    DesignSlot& s = cur();
+    DesignSlot& s = current();
     if (!crystalQsufficient()) {
         MsgBox("The Q of the crystals is insufficient for the specifed bandwidth.\n"
                "Use a lower bandwidth or higher frequency crystal.\n"

@@ -20,14 +20,13 @@ namespace zelk {
 
 namespace {
 
-DesignSlot& cur() { return slot(store.curslot); }
 
 // Order and bandwidth rows and their reading; ripple row when cheby. False on a cancel.
 bool orderbandwidth(bool cheby) {
     sethelp("Dishal Crystal Ladder Bandpass Filter. ",
             "Enter the order of the filter which is also the number of crystal needed.",
             "Enter the 3db bandwidth desired.", "");
-    DesignSlot& s = cur();
+    DesignSlot& s = current();
     const bool fresh = flow.cldefaults;
     panelclear();
     panelrow(0, "Order =", s.order > 0 && !fresh ? engformatvalue(s.order) : "6", "Order of the filter");
@@ -64,7 +63,7 @@ constexpr OrderRule orderrules[] = {
 };
 
 void ordertest(const std::string& command) {
-    DesignSlot& s = cur();
+    DesignSlot& s = current();
     for (const OrderRule& r : orderrules) {
         if (command != r.code) continue;
         if (s.order < r.below) {
@@ -89,7 +88,7 @@ void sidebanddesign(const std::string& command, const std::string& code, const s
     ordertest(command);
     if (cheby) CCLterms();
     else BCLterms();
-    DesignSlot& s = cur();
+    DesignSlot& s = current();
     if (lastend) {
         const double gn = store.g[static_cast<size_t>(clampint(Int(s.order), 0, 16))];
         prototerms.gnterm = gn;
@@ -117,7 +116,7 @@ bool centrefrequency(const std::string& help1, double lo, double hi, double show
         MsgBox("The following must be true, center frequency between " + Str(lo) + "Hz and " + Str(hi) + "Hz",
                vbOKOnly | vbExclamation, "WARNING");
     }
-    cur().w0 = dishal.cfo * 2 * 3.141592654;
+    current().w0 = dishal.cfo * 2 * 3.141592654;
     return true;
 }
 
@@ -155,7 +154,7 @@ void getr0v3() {
     getdata.setnote("Enter a value for r0v3, determine correct value by trial and error.");
     if (!panelshow()) return;
     flow.r0v3 = panelvalue(0);
-    DesignSlot& s = cur();
+    DesignSlot& s = current();
     s.w0 = s.Fs * 2 * 3.141592654;
     if (r0v3outsiderange(flow.r0v3))
         MsgBox("The following should be true\n2 > r0v3 < 10 but you can try this number.\n"
@@ -164,7 +163,7 @@ void getr0v3() {
 }
 
 void getCFlower() {
-    const DesignSlot& s = cur();
+    const DesignSlot& s = current();
     const double p = dishalp();
     const auto [lo, hi] = lowercentrelimits(s.Fs, dishal.bwhertz, p);
     const double v = flow.r0v3;
@@ -175,7 +174,7 @@ void getCFlower() {
 }
 
 void getCFupper() {
-    const DesignSlot& s = cur();
+    const DesignSlot& s = current();
     const auto [lo, hi] = uppercentrelimits(s.Fs, dishal.bwhertz);
     const double shown = dishal.cfo >= lo && dishal.cfo <= hi ? dishal.cfo : lo;
     if (!centrefrequency("Dishal Crystal Ladder Bandpass Filter. ", lo, hi, shown)) return;

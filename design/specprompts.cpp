@@ -14,7 +14,6 @@ namespace zelk {
 
 namespace {
 
-DesignSlot& cur() { return slot(store.curslot); }
 
 // A frequency in rad/s shown in hertz, with the program's truncated pi.
 std::string hertz(double w) { return engformatvalue(w / 2 / 3.141592654); }
@@ -23,7 +22,7 @@ std::string positive(double v, const std::string& otherwise) {
 }
 std::string hertzif(double w) { return w > 0 ? hertz(w) : std::string(); }
 
-bool butterworthcode() { return cur().code.rfind("B", 0) == 0; }
+bool butterworthcode() { return current().code.rfind("B", 0) == 0; }
 
 void warn(const std::string& lines) {
     MsgBox("The following must be true\n" + lines, vbOKOnly | vbExclamation, "WARNING");
@@ -33,14 +32,14 @@ void warn(const std::string& lines) {
 // 0, else the row keeps the text it had.
 std::string bandapass(const std::string& before) {
     if (butterworthcode()) return "3";
-    if (cur().Apass > 0) return engformatvalue(cur().Apass);
+    if (current().Apass > 0) return engformatvalue(current().Apass);
     return before;
 }
 
 } // namespace
 
 void getdesign2() {
-    DesignSlot& s = cur();
+    DesignSlot& s = current();
     panelclear();
     panelrow(0, "F1 =", hertzif(s.w1), "Cutoff Frequency");
     panelrow(1, "F2 =", hertzif(s.w2), "Stopband Frequency");
@@ -64,7 +63,7 @@ void getdesign2() {
 }
 
 void getdesign4() {
-    DesignSlot& s = cur();
+    DesignSlot& s = current();
     const std::string apassbefore = getdata.getvalue(4).text;
     panelclear();
     panelrow(0, "F1 =", hertzif(s.w1), "Low stopband frequency");
@@ -95,7 +94,7 @@ void getdesign4() {
 }
 
 void getdesign4b() {
-    DesignSlot& s = cur();
+    DesignSlot& s = current();
     sethelp("Enter the center frequency and bandwidth.", "Enter the shape factor from Apass to Astop.",
             "It is defined as the ratio of Frequency at Astop divided by Frequency at Apass.", "");
     const std::string apassbefore = getdata.getvalue(3).text;
@@ -134,7 +133,7 @@ void getdesign4b() {
 }
 
 void getdesign2a() {
-    DesignSlot& s = cur();
+    DesignSlot& s = current();
     panelclear();
     panelrow(0, "F1 =", hertzif(s.w1), "Cutoff frequency");
     panelrow(1, "Order", positive(s.order, "3"), "Order of the filter");
@@ -152,7 +151,7 @@ void getdesign2a() {
 }
 
 void getdesign4a() {
-    DesignSlot& s = cur();
+    DesignSlot& s = current();
     panelclear();
     panelrow(0, "F1 =", hertzif(s.w1), "Low Cutoff frequency");
     panelrow(1, "F2 =", hertzif(s.w2), "Low cutoff frequency");
@@ -172,7 +171,7 @@ void getdesign4a() {
 }
 
 void getdesign4c() {
-    DesignSlot& s = cur();
+    DesignSlot& s = current();
     sethelp("Enter the center frequency and bandwidth.", "", "", "");
     const double w1 = s.w1, w2 = s.w2;
     panelclear();

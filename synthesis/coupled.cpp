@@ -9,17 +9,19 @@
 
 namespace zelk {
 
-namespace {
-
-DesignSlot& cur() { return slot(store.curslot); }
-
-// The order as a loop bound; a list that would not fit g[0..n+1] or the 32 dipoles of a
-// slot is the host's "Subscript out of range".
-int ordercount() {
-    const double n = Int(cur().order);
-    if (n < 0 || n > 14) raisefault(9);
+// A list of n elements that would not fit g[0..n+1] or the 32 dipoles of a slot is the
+// host's "Subscript out of range".
+int ordercount(int most) {
+    const double n = Int(current().order);
+    if (n < 0 || n > most) raisefault(9);
     return static_cast<int>(n);
 }
+
+namespace {
+
+constexpr int MOSTORDER = 14; // g[0..n+1] within g[0..16]
+
+
 
 double& gk(int k) {
     if (k < 0 || k > 16) raisefault(9);
@@ -35,7 +37,7 @@ double sinh(double x) { return (hexp(x) - hexp(-x)) / 2; }
 
 // Step 3 of both layouts: Qf, Cres and the design resistance.
 void resonatorvalues() {
-    DesignSlot& s = cur();
+    DesignSlot& s = current();
     const double w0 = s.w0;
     coupled.Qf = hdiv(w0, s.bw);
     coupled.Cres = hdiv(hdiv(1, w0 * w0), coupled.Lres);
@@ -44,7 +46,7 @@ void resonatorvalues() {
 
 // The capacitor that matches a termination z below r0 to the end resonator.
 double matchcapacitor(double gterm, double z) {
-    const DesignSlot& s = cur();
+    const DesignSlot& s = current();
     const double w0 = s.w0, bw = s.bw, q = flow.Qdesign;
     const double T = hdiv(gterm * w0 * q, bw * q - gterm * w0);
     return hdiv(hdiv(1, w0), hsqr(z * T * w0 * coupled.Lres - z * z));
@@ -65,7 +67,7 @@ void cleardipoles(DesignSlot& s) {
 } // namespace
 
 void butterworthCRproto() {
-    const int n = ordercount();
+    const int n = ordercount(MOSTORDER);
     gk(0) = 1;
     for (int k = 1; k <= n; ++k) gk(k) = 2 * std::sin((((2 * k - 1) * PI) / 2) / n);
     gk(n + 1) = 1;
@@ -73,8 +75,8 @@ void butterworthCRproto() {
 }
 
 void chebyshevelements() {
-    DesignSlot& s = cur();
-    const int n = ordercount();
+    DesignSlot& s = current();
+    const int n = ordercount(MOSTORDER);
     if (n < 1) raisefault(5);
     auto& a = store.a;
     auto& b = store.b;
@@ -108,25 +110,25 @@ void chebyshevelements() {
 }
 
 void crcentre() {
-    DesignSlot& s = cur();
+    DesignSlot& s = current();
     const double w1 = s.w1, w2 = s.w2;
     s.w0 = (w1 + w2) - hsqr((w2 - w1) * (w2 - w1) + w1 * w2);
     s.bw = w2 - w1;
     coupled.Lres = hdiv(hdiv(hdiv(s.r0 * s.bw, s.w0), prototerms.g1term), s.w0);
 }
 
-double crdefaultinductance() { return hdiv(10, cur().w0); }
+double crdefaultinductance() { return hdiv(10, current().w0); }
 
 void craccept(double Li, double Qu) {
-    DesignSlot& s = cur();
+    DesignSlot& s = current();
     coupled.Lres = Li;
     s.r0 = hdiv(s.w0 * coupled.Lres * prototerms.g1term * s.w0, s.bw);
     flow.Qdesign = Qu == 0 ? 1000 : Qu;
 }
 
 void crlayout() {
-    DesignSlot& s = cur();
-    const int n = ordercount();
+    DesignSlot& s = current();
+    const int n = ordercount(MOSTORDER);
     resonatorvalues();
     const double r0 = s.r0;
     cleardipoles(s);
@@ -169,8 +171,8 @@ void crlayout() {
 }
 
 void crlayouttapped() {
-    DesignSlot& s = cur();
-    const int n = ordercount();
+    DesignSlot& s = current();
+    const int n = ordercount(MOSTORDER);
     resonatorvalues();
     const double r0 = s.r0;
     cleardipoles(s);

@@ -30,6 +30,9 @@ void chebyshevelements();
 // estimate of Lres from r0.
 void crcentre();
 
+// The order of the current slot as a loop bound, 0..most; beyond, "Subscript out of range".
+int ordercount(int most);
+
 // The inductance the inductor prompt shows: 10 / w0.
 double crdefaultinductance();
 

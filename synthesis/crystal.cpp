@@ -12,15 +12,10 @@ namespace zelk {
 
 namespace {
 
-DesignSlot& cur() { return slot(store.curslot); }
 
-// The order as a loop bound: elements 1..n and the 2n + 2 dipoles of the ladder must fit
-// g[0..16] and the 32 dipoles of a slot ("Subscript out of range" otherwise).
-int ordercount() {
-    const double n = Int(cur().order);
-    if (n < 0 || n > 15) raisefault(9);
-    return static_cast<int>(n);
-}
+// Orders up to 15: elements 1..n and the 2n + 2 dipoles of the ladder fit g[0..16] and
+// the 32 dipoles of a slot.
+constexpr int MOSTORDER = 15;
 
 double& kc(int i) {
     if (i < 0 || i > 16) raisefault(9);
@@ -44,51 +39,51 @@ void couplingsfromg(int n) {
 
 void BCLterms() {
     butterworthCRproto();
-    const int n = ordercount();
+    const int n = ordercount(MOSTORDER);
     couplingsfromg(n);
     setends(store.g[1], store.g[1]);
 }
 
 void CCLterms() {
     chebyshevelements();
-    const int n = ordercount();
+    const int n = ordercount(MOSTORDER);
     couplingsfromg(n);
     setends(store.g[1], store.g[1]);
 }
 
 void TCLterms() {
-    const int n = ordercount();
+    const int n = ordercount(MOSTORDER);
     couplingsfromg(n);
     setends(store.g[1], store.g[static_cast<size_t>(n)]);
 }
 
 void MCLterms() {
-    const int n = ordercount();
+    const int n = ordercount(MOSTORDER);
     const double h = hexp(hdiv(hlog(2), n)) / 2;
     setends(hdiv(1, h), hdiv(1, h));
     for (int i = 1; i <= n - 1; ++i) kc(i) = h;
 }
 
 bool crystalQsufficient() {
-    const DesignSlot& s = cur();
+    const DesignSlot& s = current();
     return !(hdiv(s.Qx * s.bw, s.Fs) < 2 * double(s.order));
 }
 
 double narrowestbandwidth() {
-    const DesignSlot& s = cur();
+    const DesignSlot& s = current();
     return hdiv(2 * double(s.order) * s.Fs, s.Qx);
 }
 
 void crystaldesignvalues() {
-    DesignSlot& s = cur();
+    DesignSlot& s = current();
     const double ws = hdiv(1, hsqr(s.Ls * s.Cs));
     s.r0 = hdiv(s.bw * s.Ls, prototerms.g1term);
     s.w0 = ws;
 }
 
 void crystalladder(const std::string& mode) {
-    DesignSlot& s = cur();
-    const int n = ordercount();
+    DesignSlot& s = current();
+    const int n = ordercount(MOSTORDER);
     const double r0 = s.r0, w0 = s.w0, bw = s.bw;
     s.dip(1).type = 1;
     s.dip(1).R = r0;
@@ -155,7 +150,7 @@ namespace {
 // The tap of an end: type `up` when t > 1, else `down`, from the trimmer c of the end
 // crystal, which is left bare.
 void tapend(Dipole& d, Dipole& crystal, double t, short up, short down) {
-    const double w0 = cur().w0;
+    const double w0 = current().w0;
     const double c = crystal.C;
     if (t > 1) {
         d.type = up;
@@ -176,13 +171,13 @@ void tapend(Dipole& d, Dipole& crystal, double t, short up, short down) {
 } // namespace
 
 void crystaltapinput(double Zin) {
-    DesignSlot& s = cur();
+    DesignSlot& s = current();
     const double t = hsqr(hdiv(s.r0, Zin));
     tapend(s.dip(2), s.dip(3), t, 57, 58);
 }
 
 void crystaltapoutput(double Zout) {
-    DesignSlot& s = cur();
+    DesignSlot& s = current();
     const double t = hsqr(hdiv(s.r0, Zout));
     const int d = s.count();
     // The load moves two places on; its dipole becomes the tap.

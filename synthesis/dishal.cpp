@@ -4,19 +4,16 @@
 #include "core/designstore.h"
 #include "core/hostmath.h"
 #include "synthesis/bwcheby.h"
+#include "synthesis/coupled.h"
 #include "synthesis/crystal.h"
 
 namespace zelk {
 
 namespace {
 
-DesignSlot& cur() { return slot(store.curslot); }
+constexpr int MOSTORDER = 15; // as the crystal ladders
 
-int ordercount() {
-    const double n = Int(cur().order);
-    if (n < 0 || n > 15) raisefault(9);
-    return static_cast<int>(n);
-}
+
 
 double kc(int i) {
     if (i < 0 || i > 16) raisefault(9);
@@ -25,7 +22,7 @@ double kc(int i) {
 
 // The design crystal into dipole d.
 void crystalinto(int d, int type) {
-    DesignSlot& s = cur();
+    DesignSlot& s = current();
     Dipole& x = s.dip(d);
     x.type = type;
     x.Ls = s.Ls;
@@ -35,7 +32,7 @@ void crystalinto(int d, int type) {
     x.Qx = s.Qx;
 }
 
-double C(int d) { return cur().dip(d).C; }
+double C(int d) { return current().dip(d).C; }
 
 } // namespace
 
@@ -60,8 +57,8 @@ double upperr0v3(double cfo, double Fs, double bwhertz) { return hdiv(2 * (cfo -
 double dishalp() { return kc(1) + kc(2); }
 
 void dishallsbladder() {
-    DesignSlot& s = cur();
-    const int n = ordercount();
+    DesignSlot& s = current();
+    const int n = ordercount(MOSTORDER);
     const double p = dishalp(), f = s.Fs, v = flow.r0v3, B = dishal.bwhertz;
     const double Cs = s.Cs, Cp = s.Cp;
     const double t = (1 - hdiv(1, v) * p) * (1 - hdiv(1, v) * p);
@@ -103,8 +100,8 @@ void dishallsbladder() {
 }
 
 bool dishalusbladder() {
-    DesignSlot& s = cur();
-    const int n = ordercount();
+    DesignSlot& s = current();
+    const int n = ordercount(MOSTORDER);
     const double f = s.Fs, v = flow.r0v3, B = dishal.bwhertz;
     const double Cs = s.Cs, Cp = s.Cp;
     const double Rz = hdiv((v * v - 1) * B, hdiv((6.283185308 * (f * f)) * Cs, prototerms.g1term));

@@ -16,7 +16,6 @@ namespace zelk {
 namespace {
 
 
-DesignSlot& cur() { return slot(store.curslot); }
 
 // The host's free-form input: the next number, items separated by commas or line ends.
 // Past the end of the file it is the host's "Input past end of file".
@@ -79,7 +78,7 @@ void closetablefile() {
 
 void gettabledata() {
     if (!tables.file1.is_open()) raisefault(52);
-    DesignSlot& s = cur();
+    DesignSlot& s = current();
     while (!endoffile()) {
         const double n = readrecord();
         if (Val(Str(tables.tabratio)) == 0) tables.tabratio = 100;
@@ -100,12 +99,12 @@ void gettabledata() {
 void getCRtabledata() {
     if (!tables.file1.is_open()) raisefault(52);
     while (!endoffile())
-        if (readrecord() == cur().order.value()) break;
+        if (readrecord() == current().order.value()) break;
     closetablefile();
 }
 
 void tablerealize() {
-    DesignSlot& s = cur();
+    DesignSlot& s = current();
     const double n = s.order;
     if (n > 16) raisefault(5);
     // An order the file lacks (0 among them) lays out no elements.

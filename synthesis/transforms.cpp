@@ -10,7 +10,6 @@ namespace zelk {
 
 namespace {
 
-DesignSlot& cur() { return slot(store.curslot); }
 
 void settype(int d, short type) {
     cleardipole(d);
@@ -19,7 +18,7 @@ void settype(int d, short type) {
 
 // Scales every dipole to the real impedance and frequency.
 void scaleall() {
-    DesignSlot& s = cur();
+    DesignSlot& s = current();
     const double kc = hdiv(hdiv(1, s.w0), s.r0);
     const double kl = hdiv(s.r0, s.w0);
     for (int d = 1; d <= s.count(); ++d) {
@@ -55,7 +54,7 @@ void rewriteSPPi(Dipole& p) {
 } // namespace
 
 void schematicrealize() {
-    DesignSlot& s = cur();
+    DesignSlot& s = current();
     const double n = s.order;
     if (n < 1 || n > 16) raisefault(5);
     const int last = clampint(Int(n), 1, 16);
@@ -89,7 +88,7 @@ void schematicrealize() {
 }
 
 void layladder(int last, bool cfirst, bool forwards, bool wireend, double zout) {
-    DesignSlot& s = cur();
+    DesignSlot& s = current();
     const auto& g = store.g;
     // The element values in the order they are laid out.
     auto value = [&](int i) {
@@ -122,7 +121,7 @@ void layladder(int last, bool cfirst, bool forwards, bool wireend, double zout) 
 }
 
 void LPtoLP() {
-    DesignSlot& s = cur();
+    DesignSlot& s = current();
     for (int d = 1; d <= s.count(); ++d) {
         Dipole& p = s.dip(d);
         if (p.L > 0) {
@@ -134,7 +133,7 @@ void LPtoLP() {
 }
 
 void LPtoHP() {
-    DesignSlot& s = cur();
+    DesignSlot& s = current();
     for (int d = 1; d <= s.count(); ++d) {
         Dipole& p = s.dip(d);
         if (p.L > 0 && p.C > 0) {
@@ -159,7 +158,7 @@ void LPtoHP() {
 }
 
 void LPtoBP() {
-    DesignSlot& s = cur();
+    DesignSlot& s = current();
     const double q = flow.Qratio;
     for (int d = 1; d <= s.count(); ++d) {
         Dipole& p = s.dip(d);
@@ -207,7 +206,7 @@ void LPtoBP() {
 }
 
 void LPtoBR() {
-    DesignSlot& s = cur();
+    DesignSlot& s = current();
     const double q = flow.Qratio;
     for (int d = 1; d <= s.count(); ++d) {
         Dipole& p = s.dip(d);
