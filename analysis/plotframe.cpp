@@ -43,7 +43,7 @@ std::string makeaxislabel(double v) {
 // setting in the nanoseconds' range, so that the setting is part of the key there.
 enum class Notation : unsigned char { Plain, Engineering, EngineeringNano };
 
-std::string numbertext(double v, Notation how) {
+const std::string& numbertext(double v, Notation how) {
     struct Entry {
         std::uint64_t bits = 0;
         Notation how = Notation::Plain;
@@ -62,8 +62,8 @@ std::string numbertext(double v, Notation how) {
     return e.text;
 }
 
-// Str of an axis number.
-std::string axisstr(double v) { return numbertext(v, Notation::Plain); }
+// Str of an axis number (the kept text: valid until the next number is asked for).
+const std::string& axisstr(double v) { return numbertext(v, Notation::Plain); }
 
 std::string axislabel(double v) {
     const double a = std::abs(v);
@@ -748,8 +748,15 @@ void PlotForm::drawcurve(const double* v, int first, double x0, double y0) {
         placecurve<false>(v + first, n, vertsize / (db1 - db2), db2, vertsize, top, y + 1, pen + 1);
     }
     const double* xp = curveplaces() + first;
+    y[0] = y0, pen[0] = false;
+    if (first > 0 && xp[-1] == x0) {
+        // The pen starts where the curve's places start (a frequency curve from the
+        // left edge): the kept places serve as they stand.
+        surface->polyline(xp - 1, y, pen, n + 1);
+        return;
+    }
     std::copy(xp, xp + n, x + 1);
-    x[0] = x0, y[0] = y0, pen[0] = false;
+    x[0] = x0;
     surface->polyline(x, y, pen, n + 1);
 }
 

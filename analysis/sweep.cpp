@@ -216,16 +216,10 @@ struct Block {
     M ok[NV];
     V out[NV];  // a gain plot's decibels
     M fine[NV]; // and the lanes clear of the formula's faults
+    int nv = NV; // the vectors in use: the last block of a sweep may fill fewer
 };
 
 enum class Walk { Gain, Phase, GainPhase, Impedance, Input };
-
-// |x| <= HI, lane by lane (outside the kernels: the block's loading).
-ZELK_INLINE M belowhi(const V& x) {
-    V a = x;
-    for (int l = 0; l < W; ++l) a[l] = a[l] < 0 ? -a[l] : a[l];
-    return a <= HI;
-}
 
 // One kernel per instruction set, each compiled whole for its vectors.
 namespace isabase {
@@ -269,34 +263,25 @@ void rungains(Block& b, Quantity q) {
     isabase::gaindecibels(b, q, ln10);
 }
 
-void runblock(const Ladder& lad, Block& b, Walk k) {
-#if defined(ZELK_MULTIWIDTH)
-    const int use = vectorlevel();
-    if (use >= 2) return isaavx512::walkblock(lad, b, k);
-    if (use == 1) return isaavx2::walkblock(lad, b, k);
-#endif
-    isabase::walkblock(lad, b, k);
-}
-
-// Loads points i0 .. i0+lanes-1 into the block (the rest repeat the last) and walks it.
+// Loads points w[0 .. lanes) into the block (the rest repeat the last) and walks it.
 // True when every point stayed inside the checked ranges.
 bool walkpoints(const Ladder& lad, Block& b, Walk k, const double* w, int lanes) {
-    if (lanes == B) {
-        std::memcpy(b.w, w, sizeof b.w);
-    } else {
-        double* bw = reinterpret_cast<double*>(b.w);
-        for (int i = 0; i < B; ++i) bw[i] = w[i < lanes ? i : lanes - 1];
+#if defined(ZELK_MULTIWIDTH)
+    const int use = vectorlevel();
+    if (use >= 2) {
+        isaavx512::loadblock(b, w, lanes);
+        isaavx512::walkblock(lad, b, k);
+        return isaavx512::blockok(b);
     }
-    for (int j = 0; j < NV; ++j) {
-        b.iw[j] = 1.0 / b.w[j];
-        b.ok[j] = (b.w[j] > 0) & belowhi(b.w[j]) & belowhi(b.iw[j]);
+    if (use == 1) {
+        isaavx2::loadblock(b, w, lanes);
+        isaavx2::walkblock(lad, b, k);
+        return isaavx2::blockok(b);
     }
-    runblock(lad, b, k);
-    M all = b.ok[0];
-    for (int j = 1; j < NV; ++j) all &= b.ok[j];
-    for (int l = 0; l < W; ++l)
-        if (!all[l]) return false;
-    return true;
+#endif
+    isabase::loadblock(b, w, lanes);
+    isabase::walkblock(lad, b, k);
+    return isabase::blockok(b);
 }
 
 ZELK_INLINE double lane(const V* v, int i) { return v[i / W][i % W]; }
@@ -375,7 +360,7 @@ bool sweepvalues(Quantity q, int s, const double* wA, double* out, int n) {
             bool fine = true;
             for (int l = 0; l < lanes; ++l) fine &= b.fine[l / W][l % W] != 0;
             if (fine) {
-                for (int l = 0; l < lanes; ++l) out[i0 + l] = lane(b.out, l);
+                std::memcpy(out + i0, b.out, static_cast<size_t>(lanes) * sizeof(double));
                 sweepstats.blockpoints += lanes;
                 if (lastblock) leavelikeonepoint(s, b, lanes - 1, wA[n - 1], false);
                 continue;

@@ -51,7 +51,7 @@ void replay(cairo_t* cr, const RecordingSurface& rec, double W, double H) {
             cairo_select_font_face(cr, "DejaVu Sans", CAIRO_FONT_SLANT_NORMAL,
                                    op.bold ? CAIRO_FONT_WEIGHT_BOLD : CAIRO_FONT_WEIGHT_NORMAL);
             cairo_move_to(cr, op.x1 * k, op.y1 * k + 10);
-            cairo_show_text(cr, op.text.c_str());
+            cairo_show_text(cr, std::string(rec.text(op)).c_str());
             break;
         }
     }

@@ -109,11 +109,12 @@ void restorefinite(const DesignStore& before) {
     });
 }
 
-void sethelp(std::string h1, std::string h2, std::string h3, std::string h4) {
-    store.help1 = std::move(h1);
-    store.help2 = std::move(h2);
-    store.help3 = std::move(h3);
-    store.help4 = std::move(h4);
+void sethelp(std::string_view h1, std::string_view h2, std::string_view h3, std::string_view h4) {
+    // Assigned into the lines' storage: a plot sets the same four lines at every redraw.
+    store.help1.assign(h1);
+    store.help2.assign(h2);
+    store.help3.assign(h3);
+    store.help4.assign(h4);
     showhelplines();
 }
 

@@ -147,6 +147,6 @@ void restorefinite(const DesignStore& before);
 // True when every requested design value and part value of every slot is finite.
 bool storefinite();
 // Sets the four help lines and shows them.
-void sethelp(std::string h1, std::string h2, std::string h3, std::string h4);
+void sethelp(std::string_view h1, std::string_view h2, std::string_view h3, std::string_view h4);
 
 } // namespace zelk

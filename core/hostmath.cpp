@@ -7,7 +7,6 @@
 
 namespace zelk {
 
-double Int(double x) { return std::floor(x); }
 double Fix(double x) { return std::trunc(x); }
 int Sgn(double x) { return x > 0 ? 1 : (x < 0 ? -1 : 0); }
 

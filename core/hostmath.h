@@ -15,7 +15,7 @@ inline constexpr double PI = 3.141592654;
 inline constexpr double TWOPI = 6.283185308;
 
 // Int: the largest integer not above x (floor). Fix: x truncated toward zero.
-double Int(double x);
+inline double Int(double x) { return std::floor(x); }
 double Fix(double x);
 // Sgn: -1, 0 or 1; Sgn(0) is 0.
 int Sgn(double x);

@@ -61,8 +61,8 @@ void RecordingSurface::polyline(const double* x, const double* y, const bool* pe
     curves.pen.resize(first + static_cast<size_t>(n));
     std::memcpy(curves.pen.data() + first, pen, static_cast<size_t>(n) * sizeof *pen);
     curves.pen[first] = 0;
-    ops.emplace_back(Op::Curve, x[0], y[0], x[n - 1], y[n - 1], std::string(), colour_, bold_,
-                     static_cast<unsigned>(first), static_cast<unsigned>(n));
+    ops.emplace_back(Op::Curve, x[0], y[0], x[n - 1], y[n - 1], colour_, bold_, static_cast<unsigned>(first),
+                     static_cast<unsigned>(n));
     moveto(x[n - 1], y[n - 1]);
 }
 
@@ -75,7 +75,7 @@ std::vector<RecordingSurface::Op> RecordingSurface::flattened() const {
             continue;
         }
         eachline(op, [&](double x1, double y1, double x2, double y2) {
-            out.emplace_back(Op::Line, x1, y1, x2, y2, std::string(), op.colour, op.bold);
+            out.emplace_back(Op::Line, x1, y1, x2, y2, op.colour, op.bold);
         });
     }
     return out;
@@ -94,7 +94,7 @@ double RecordingSurface::textwidth(const std::string& text) const {
 std::vector<std::string> RecordingSurface::texts() const {
     std::vector<std::string> out;
     for (const Op& op : ops)
-        if (op.kind == Op::Text) out.push_back(op.text);
+        if (op.kind == Op::Text) out.emplace_back(text(op));
     return out;
 }
 
@@ -125,7 +125,7 @@ std::string RecordingSurface::svg() const {
             o << "<text x=\"" << op.x1 * k << "\" y=\"" << op.y1 * k + 10
               << "\" font-family=\"DejaVu Sans, Arial, sans-serif\" font-size=\"10.5\""
               << (op.bold ? " font-weight=\"bold\"" : "") << " fill=\"" << colourtext(op.colour)
-              << "\" xml:space=\"preserve\">" << xmlescape(op.text) << "</text>\n";
+              << "\" xml:space=\"preserve\">" << xmlescape(std::string(text(op))) << "</text>\n";
             break;
         }
     }

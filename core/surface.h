@@ -4,6 +4,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -77,20 +78,21 @@ class Surface {
 // are those of the program's 8-point sans-serif face at `unit` surface units per pixel
 // (1 for pixels, 15 for twips). A curve drawn with polyline is kept as one operation
 // over its points; it stands for the lines of its drawn steps, in order (eachline,
-// flattened, and the SVG give them).
+// flattened, and the SVG give them). The operations are plain values, their texts and
+// curve points kept beside them, so that a redraw that records the same frame again
+// allocates nothing and an emptied recording has nothing to free.
 class RecordingSurface : public Surface {
   public:
     struct Op {
         enum Kind { Line, Text, Fill, Curve } kind;
         double x1, y1, x2, y2; // a curve: its first and its last point
-        std::string text;
         long colour;
         bool bold;
-        // A curve: its points are those of `curves` from first to first + count.
+        // A curve: its points are those of `curves` from first to first + count; a text:
+        // its characters are those of `textchars` from first to first + count.
         unsigned first, count;
-        Op(Kind k, double ax, double ay, double bx, double by, std::string t, long c, bool b, unsigned f = 0,
-           unsigned n = 0)
-            : kind(k), x1(ax), y1(ay), x2(bx), y2(by), text(std::move(t)), colour(c), bold(b), first(f), count(n) {}
+        Op(Kind k, double ax, double ay, double bx, double by, long c, bool b, unsigned f = 0, unsigned n = 0)
+            : kind(k), x1(ax), y1(ay), x2(bx), y2(by), colour(c), bold(b), first(f), count(n) {}
     };
     // The points of the curves, with the pen of the step that comes to each.
     struct CurvePoints {
@@ -105,6 +107,9 @@ class RecordingSurface : public Surface {
 
     std::vector<Op> ops;
     CurvePoints curves;
+    std::string textchars;
+    // The text of a Text operation.
+    std::string_view text(const Op& op) const { return std::string_view(textchars).substr(op.first, op.count); }
     void resize(double width, double height) {
         width_ = width;
         height_ = height;
@@ -117,6 +122,7 @@ class RecordingSurface : public Surface {
         curves.x.clear();
         curves.y.clear();
         curves.pen.clear();
+        textchars.clear();
     }
     void cls() override {
         clear();
@@ -127,13 +133,15 @@ class RecordingSurface : public Surface {
     void setbold(bool b) override { bold_ = b; }
     bool bold() const override { return bold_; }
     void line(double x1, double y1, double x2, double y2) override {
-        ops.emplace_back(Op::Line, x1, y1, x2, y2, std::string(), colour_, bold_);
+        ops.emplace_back(Op::Line, x1, y1, x2, y2, colour_, bold_);
     }
     void drawtext(double x, double y, const std::string& text) override {
-        ops.emplace_back(Op::Text, x, y, x + textwidth(text), y + textheight(text), text, colour_, bold_);
+        ops.emplace_back(Op::Text, x, y, x + textwidth(text), y + textheight(text), colour_, bold_,
+                         static_cast<unsigned>(textchars.size()), static_cast<unsigned>(text.size()));
+        textchars += text;
     }
     void fillrect(double x1, double y1, double x2, double y2) override {
-        ops.emplace_back(Op::Fill, x1, y1, x2, y2, std::string(), colour_, bold_);
+        ops.emplace_back(Op::Fill, x1, y1, x2, y2, colour_, bold_);
     }
     void polyline(const double* x, const double* y, const bool* pen, int n) override;
 

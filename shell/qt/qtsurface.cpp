@@ -86,7 +86,7 @@ void replay(const RecordingSurface& rec, QPainter& p) {
         case RecordingSurface::Op::Curve:
             rec.eachline(op, [&](double x1, double y1, double x2, double y2) { s.line(x1, y1, x2, y2); });
             break;
-        case RecordingSurface::Op::Text: s.drawtext(op.x1, op.y1, op.text); break;
+        case RecordingSurface::Op::Text: s.drawtext(op.x1, op.y1, std::string(rec.text(op))); break;
         case RecordingSurface::Op::Fill: s.fillrect(op.x1, op.y1, op.x2, op.y2); break;
         }
     }

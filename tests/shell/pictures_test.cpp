@@ -16,7 +16,7 @@ namespace {
 std::map<std::string, double> labels(const RecordingSurface& s) {
     std::map<std::string, double> out;
     for (const auto& op : s.ops)
-        if (op.kind == RecordingSurface::Op::Text) out[op.text] = (op.x1 + op.x2) / 2;
+        if (op.kind == RecordingSurface::Op::Text) out[std::string(s.text(op))] = (op.x1 + op.x2) / 2;
     return out;
 }
 
