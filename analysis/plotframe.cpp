@@ -238,6 +238,7 @@ PlotForm::PlotForm(std::string formname, std::string name, PlotKind k, Quantity 
 }
 
 void PlotForm::reset() {
+    for (SweepKey& k : kept) k.valid = false;
     freq1 = freq2 = db1 = db2 = 0;
     Time = FM = N1 = N2 = DC = tone = 0;
     runmax = -240;
@@ -649,10 +650,15 @@ bool PlotForm::addpass(int s) {
 const PlotForm::SweepGrid& PlotForm::sweepgrid() {
     if (!grid.made || grid.f1 != freq1 || grid.f2 != freq2 || grid.npoints != store.npoints) {
         sweepfrequencies(freq1, freq2, grid.w.data());
-        for (int i = 0; i < SWEEPPOINTS; ++i) grid.hz[static_cast<size_t>(i)] = grid.w[static_cast<size_t>(i)] / TWOPI;
+        for (size_t i = 0; i < SWEEPPOINTS; ++i) {
+            grid.iw[i] = 1.0 / grid.w[i];
+            grid.hz[i] = grid.w[i] / TWOPI;
+        }
         grid.f1 = freq1;
         grid.f2 = freq2;
         grid.npoints = store.npoints;
+        static std::uint64_t stamps = 0;
+        grid.stamp = ++stamps;
         grid.made = true;
     }
     return grid;
@@ -661,7 +667,11 @@ const PlotForm::SweepGrid& PlotForm::sweepgrid() {
 bool PlotForm::frequencypass(int s, Quantity q, long colour) {
     double* v = values[static_cast<size_t>(s)].data();
     const SweepGrid& g = sweepgrid();
-    if (!sweepvalues(q, s, g.w.data(), v)) return false;
+    // The plot's own quantity may keep the values of the pass before (the return-loss
+    // overlay's passes write the arrays and put the gains back).
+    if (!(q == quantity ? keptsweepvalues(q, s, g.w.data(), g.iw.data(), v, kept[static_cast<size_t>(s)], g.stamp)
+                        : sweepvalues(q, s, g.w.data(), v)))
+        return false;
     xs[static_cast<size_t>(s)] = g.hz;
 
     // Automatic ranging of the pass: one loop per kind, the running limits held in

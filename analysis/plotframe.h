@@ -116,10 +116,15 @@ class PlotForm : public Window {
         bool made = false;
         double f1 = 0, f2 = 0;
         int npoints = 0;
-        std::array<double, SWEEPPOINTS> w, hz; // written when made
+        std::uint64_t stamp = 0; // new each time the frequencies are made
+        std::array<double, SWEEPPOINTS> w, iw, hz; // rad/s, their reciprocals, hertz
     };
     SweepGrid grid;
     const SweepGrid& sweepgrid();
+    // What each slot's values of the plot's own quantity came from: a redraw of an
+    // unchanged ladder at the same span keeps them instead of sweeping again (a new
+    // scale, a resize, the overlay switched).
+    std::array<SweepKey, MAXSLOT + 1> kept;
     // The curve points' places across the frame, made again when the frame or the point
     // count changes.
     struct CurvePlaces {

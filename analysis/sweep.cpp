@@ -265,21 +265,21 @@ void rungains(Block& b, Quantity q) {
 
 // Loads points w[0 .. lanes) into the block (the rest repeat the last) and walks it.
 // True when every point stayed inside the checked ranges.
-bool walkpoints(const Ladder& lad, Block& b, Walk k, const double* w, int lanes) {
+bool walkpoints(const Ladder& lad, Block& b, Walk k, const double* w, const double* iw, int lanes) {
 #if defined(ZELK_MULTIWIDTH)
     const int use = vectorlevel();
     if (use >= 2) {
-        isaavx512::loadblock(b, w, lanes);
+        isaavx512::loadblock(b, w, iw, lanes);
         isaavx512::walkblock(lad, b, k);
         return isaavx512::blockok(b);
     }
     if (use == 1) {
-        isaavx2::loadblock(b, w, lanes);
+        isaavx2::loadblock(b, w, iw, lanes);
         isaavx2::walkblock(lad, b, k);
         return isaavx2::blockok(b);
     }
 #endif
-    isabase::loadblock(b, w, lanes);
+    isabase::loadblock(b, w, iw, lanes);
     isabase::walkblock(lad, b, k);
     return isabase::blockok(b);
 }
@@ -328,12 +328,8 @@ void leavelikeonepoint(int s, const Block& b, int lastlane, double w, bool input
     walk.Xt = lane(b.Xt, lastlane);
 }
 
-bool sweepvalues(Quantity q, int s, const double* wA, double* out, int n) {
-    sweepstats = SweepStats{};
-    if (!buildladder(s, ladder)) {
-        sweepstats.onepoints = n;
-        return sweepvalues_onepoint(q, s, wA, out, n);
-    }
+// The sweep of the ladder in hand (buildladder has taken slot s).
+bool sweepladder(Quantity q, int s, const double* wA, const double* iwA, double* out, int n) {
     const Walk k = walkfor(q);
     // Every dipole of the block walk's types sets the impedance scale to 1.
     store.zscale = 1.0;
@@ -342,7 +338,7 @@ bool sweepvalues(Quantity q, int s, const double* wA, double* out, int n) {
     for (int i0 = 0; i0 < n; i0 += B) {
         const int lanes = n - i0 < B ? n - i0 : B;
         const bool lastblock = i0 + lanes == n;
-        if (!walkpoints(ladder, b, k, wA + i0, lanes)) {
+        if (!walkpoints(ladder, b, k, wA + i0, iwA ? iwA + i0 : nullptr, lanes)) {
             // A point of the block leaves the checked ranges: the one-point walk takes
             // the whole block, with the fault prompt where the dipole evaluation faults.
             for (int i = i0; i < i0 + lanes; ++i) {
@@ -362,6 +358,7 @@ bool sweepvalues(Quantity q, int s, const double* wA, double* out, int n) {
             if (fine) {
                 std::memcpy(out + i0, b.out, static_cast<size_t>(lanes) * sizeof(double));
                 sweepstats.blockpoints += lanes;
+                sweepstats.wholepoints += lanes;
                 if (lastblock) leavelikeonepoint(s, b, lanes - 1, wA[n - 1], false);
                 continue;
             }
@@ -390,6 +387,72 @@ bool sweepvalues(Quantity q, int s, const double* wA, double* out, int n) {
     return true;
 }
 
+bool sweepvalues(Quantity q, int s, const double* wA, double* out, int n) {
+    sweepstats = SweepStats{};
+    if (!buildladder(s, ladder)) {
+        sweepstats.onepoints = n;
+        return sweepvalues_onepoint(q, s, wA, out, n);
+    }
+    return sweepladder(q, s, wA, nullptr, out, n);
+}
+
+namespace {
+
+// The ladder in hand as a key: count, last, then each arm's form and coefficients.
+void ladderkey(std::vector<double>& arms) {
+    arms.clear();
+    arms.push_back(ladder.count);
+    arms.push_back(ladder.last);
+    for (int d = 1; d <= ladder.last; ++d) {
+        const Coef& c = ladder.arm[d];
+        arms.insert(arms.end(), {static_cast<double>(c.form), c.zr0, c.zrL, c.zrQ, c.ziw, c.zidiv, c.yr0,
+                                 c.yrL, c.yrQ, c.yiw, c.yidiv});
+    }
+}
+
+// The same numbers bit for bit (a coefficient's sign of zero counts).
+bool samebits(const std::vector<double>& a, const std::vector<double>& b) {
+    return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(double)) == 0;
+}
+
+} // namespace
+
+bool keptsweepvalues(Quantity q, int s, const double* wA, const double* iwA, double* out, SweepKey& key,
+                     std::uint64_t stamp, int n) {
+    sweepstats = SweepStats{};
+    if (!buildladder(s, ladder)) {
+        key.valid = false;
+        sweepstats.onepoints = n;
+        return sweepvalues_onepoint(q, s, wA, out, n);
+    }
+    static std::vector<double> arms;
+    ladderkey(arms);
+    if (key.valid && key.q == q && key.n == n && key.frequencies == stamp && key.level == vectorlevel() &&
+        samebits(key.arms, arms)) {
+        // The walk's effects on the store, as the last block leaves them.
+        store.zscale = 1.0;
+        store.wA = wA[n - 1];
+        dipoleimmittance(ladder.last, s);
+        walk.Rt = key.lastRt;
+        walk.Xt = key.lastXt;
+        sweepstats.keptpoints = n;
+        return true;
+    }
+    key.valid = false;
+    if (!sweepladder(q, s, wA, iwA, out, n)) return false;
+    if (sweepstats.wholepoints == n) {
+        key.q = q;
+        key.n = n;
+        key.frequencies = stamp;
+        key.level = vectorlevel();
+        key.arms = arms;
+        key.lastRt = walk.Rt;
+        key.lastXt = walk.Xt;
+        key.valid = true;
+    }
+    return true;
+}
+
 int forwardwalkvalues(int s, const double* w, int n, double* vratio, double* vphase) {
     if (!buildladder(s, ladder)) {
         for (int i = 0; i < n; ++i) {
@@ -405,7 +468,7 @@ int forwardwalkvalues(int s, const double* w, int n, double* vratio, double* vph
     Block& b = block;
     for (int i0 = 0; i0 < n; i0 += B) {
         const int lanes = n - i0 < B ? n - i0 : B;
-        if (!walkpoints(ladder, b, Walk::GainPhase, w + i0, lanes)) {
+        if (!walkpoints(ladder, b, Walk::GainPhase, w + i0, nullptr, lanes)) {
             for (int i = i0; i < i0 + lanes; ++i) {
                 store.wA = w[i];
                 forwardwalk(s);

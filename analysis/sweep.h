@@ -6,6 +6,9 @@
 // walk, so that every point carries the numbers of the one-point walk.
 #pragma once
 
+#include <cstdint>
+#include <vector>
+
 #include "analysis/response.h"
 
 namespace zelk {
@@ -21,6 +24,29 @@ void sweepfrequencies(double F1, double F2, double* wA, int n = SWEEPPOINTS);
 // was answered with Abort: store.abortanalysis is then left set for the caller, and the
 // values from the aborted point on are meaningless.
 bool sweepvalues(Quantity q, int s, const double* wA, double* out, int n = SWEEPPOINTS);
+
+// What a sweep's values came from, kept by the caller beside them: the block walk's
+// translation of the ladder (each arm's form and coefficients), the quantity, the vector
+// width, the point count and the caller's stamp of its frequencies; and the running
+// impedance that the walk leaves at the last point. Set only by a sweep whose every
+// value the block walk gave whole, so that no point went through a fault prompt.
+struct SweepKey {
+    bool valid = false;
+    Quantity q = Quantity::PEG;
+    int level = -1, n = 0;
+    std::uint64_t frequencies = 0;
+    std::vector<double> arms;
+    double lastRt = 0, lastXt = 0;
+};
+
+// sweepvalues for a caller that keeps its frequencies and values between sweeps (a
+// plot at an unchanged span), with the frequencies' reciprocals iwA[i] = 1.0 / wA[i].
+// When key says that out holds the values of the same translation, quantity and
+// frequencies (stamp: the caller's mark of wA, changed whenever wA is), they stand, and
+// the store is left as the walk leaves it; the values are those the walk would give
+// again, bit for bit. Otherwise the sweep runs and key is set anew.
+bool keptsweepvalues(Quantity q, int s, const double* wA, const double* iwA, double* out, SweepKey& key,
+                     std::uint64_t stamp, int n = SWEEPPOINTS);
 
 // The same through the one-point walk alone: the reference of the block walk.
 bool sweepvalues_onepoint(Quantity q, int s, const double* wA, double* out, int n = SWEEPPOINTS);
@@ -48,6 +74,8 @@ inline int sweepvectorlevel = 2;
 struct SweepStats {
     int blockpoints = 0;
     int onepoints = 0;
+    int wholepoints = 0; // of the block points, those whose decibels the kernel gave whole
+    int keptpoints = 0;  // points whose kept values stood (keptsweepvalues)
 };
 inline SweepStats sweepstats;
 

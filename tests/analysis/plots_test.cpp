@@ -3,7 +3,9 @@
 // buttons, the prompts' checks, and the print and clipboard items.
 #include <gtest/gtest.h>
 
+#include <bit>
 #include <cmath>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -322,6 +324,59 @@ TEST(PlotFrame, RedrawsWithKeptGridsDrawWhatAFreshDrawingDraws) {
         ASSERT_TRUE(p.redraw());
         EXPECT_EQ(picture(), first) << c.command;
     }
+}
+
+// A redraw keeps the values of an unchanged ladder at the same span, bit for bit what a
+// sweep gives; a part one unit in the last place away, another span, another vector
+// width or a ladder that the one-point walk takes sweeps again; under the return-loss
+// overlay the gains drawn are still the sweep's.
+TEST(PlotFrame, ARedrawKeepsTheValuesOfAnUnchangedLadderOnly) {
+    test::Session s;
+    ASSERT_EQ(s.run(designs[1]), 0) << s.err.str();
+    ASSERT_TRUE(s.ok("> Getdata: 5M 20M 0 -80\nPEG\n"));
+    PlotForm& p = plotPEG;
+    auto redraw = [&](int kept, const char* what) {
+        ASSERT_TRUE(p.redraw()) << what;
+        if (kept >= 0) {
+            EXPECT_EQ(sweepstats.keptpoints, kept) << what;
+        }
+        std::vector<double> w(SWEEPPOINTS), fresh(SWEEPPOINTS);
+        sweepfrequencies(p.freq1, p.freq2, w.data());
+        ASSERT_TRUE(sweepvalues(Quantity::PEG, 0, w.data(), fresh.data()));
+        for (int i = 0; i < SWEEPPOINTS; ++i)
+            ASSERT_EQ(std::bit_cast<std::uint64_t>(p.values[0][static_cast<size_t>(i)]),
+                      std::bit_cast<std::uint64_t>(fresh[static_cast<size_t>(i)]))
+                << what << " " << i;
+    };
+    redraw(SWEEPPOINTS, "unchanged");
+    Dipole& d = slot(0).dip(2);
+    double& part = d.C != 0 ? d.C : d.L;
+    const double was = part;
+    part = std::nextafter(was, 2 * was);
+    redraw(0, "a part one ulp up");
+    redraw(SWEEPPOINTS, "the changed part again");
+    part = was;
+    redraw(0, "the part back");
+    p.freq2 = 21e6;
+    redraw(0, "another span");
+    redraw(SWEEPPOINTS, "the new span again");
+    if (sweepvectorlevel > 0) {
+        const int level = sweepvectorlevel;
+        sweepvectorlevel = 0;
+        redraw(0, "base vectors");
+        sweepvectorlevel = level;
+    }
+    ASSERT_TRUE(s.ok("event plotPEG Command3 click\n"));
+    ASSERT_TRUE(p.returnloss);
+    // (The overlay's own sweeps come last and leave their counts.)
+    redraw(-1, "under the overlay");
+    redraw(-1, "under the overlay again");
+    // A type of the one-point walk: never kept.
+    const short type = d.type;
+    d.type = 21;
+    redraw(0, "one-point ladder");
+    redraw(0, "one-point ladder again");
+    d.type = type;
 }
 
 TEST(Plots, PromptChecksAndDefaults) {
