@@ -136,9 +136,29 @@ bool getplotdata(PlotForm& p) {
 // An impedance limit: below 1 cut to one decimal, above to a whole number.
 double ohmlimit(double x) { return x < 1 ? Int(x * 10) / 10 : Int(x); }
 
-bool getimpdata(PlotForm& p) {
+// Shows the prompt that rows() lays out until neither frequency is zero; then the span
+// goes to the plot and the two limits, in order, to a <= b. False when cancelled.
+template <class Rows> bool limitsprompt(PlotForm& p, Rows rows, double& a, double& b) {
     for (;;) {
         panelclear();
+        rows();
+        panelplotbuttons(true);
+        if (!panelshow()) return false;
+        const double f1 = panelvalue(0), f2 = panelvalue(1);
+        if (f1 == 0 || f2 == 0) {
+            zerofrequency();
+            continue;
+        }
+        a = panelvalue(2), b = panelvalue(3);
+        if (a > b) std::swap(a, b);
+        p.freq1 = f1, p.freq2 = f2;
+        return true;
+    }
+}
+
+bool getimpdata(PlotForm& p) {
+    double a, b;
+    if (!limitsprompt(p, [] {
         panelimage(IMAGEIMPEDANCE);
         frequencyrows("Low plot frequency", "High plot frequency");
         const DesignSlot& s = slot(0);
@@ -149,39 +169,23 @@ bool getimpdata(PlotForm& p) {
         double z2 = rn > 0 ? std::pow(10.0, Int(log10host(rn * 10) + 0.99)) : 1000;
         panelrow(2, "Z1 =", offered(firstset(plotdefaults.defaultz1, 0, z1)), "Low plot impedance");
         panelrow(3, "Z2 =", offered(firstset(plotdefaults.defaultz2, 0, z2)), "High plot impedance");
-        panelplotbuttons(true);
-        if (!panelshow()) return false;
-        double f1 = panelvalue(0), f2 = panelvalue(1), a = panelvalue(2), b = panelvalue(3);
-        if (f1 == 0 || f2 == 0) {
-            zerofrequency();
-            continue;
-        }
-        if (a > b) std::swap(a, b);
-        p.freq1 = f1, p.freq2 = f2;
-        p.db1 = ohmlimit(a), p.db2 = ohmlimit(b);
-        return true;
-    }
+    }, a, b))
+        return false;
+    p.db1 = ohmlimit(a), p.db2 = ohmlimit(b);
+    return true;
 }
 
 bool getphasedata(PlotForm& p) {
-    for (;;) {
-        panelclear();
+    double a, b;
+    if (!limitsprompt(p, [] {
         panelimage(IMAGEPHASE);
         frequencyrows("Lower plot frequency", "Upper plot frequency");
         panelrow(2, "A1 =", Str(firstset(plotdefaults.defaultangle1, 0, -360)), "minimum plot phase angle");
         panelrow(3, "A2 =", Str(firstset(plotdefaults.defaultangle2, 0, 360)), "maximum plot phase angle");
-        panelplotbuttons(true);
-        if (!panelshow()) return false;
-        double f1 = panelvalue(0), f2 = panelvalue(1), a = panelvalue(2), b = panelvalue(3);
-        if (f1 == 0 || f2 == 0) {
-            zerofrequency();
-            continue;
-        }
-        if (a > b) std::swap(a, b);
-        p.freq1 = f1, p.freq2 = f2;
-        p.db1 = Int(a), p.db2 = Int(b);
-        return true;
-    }
+    }, a, b))
+        return false;
+    p.db1 = Int(a), p.db2 = Int(b);
+    return true;
 }
 
 void frequencycommand(PlotForm& p, bool (*prompt)(PlotForm&), const char* h1, const char* h2,

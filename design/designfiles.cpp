@@ -204,36 +204,30 @@ class FieldReader {
         case Conversion::Overflow: break; // the host's overflow: the field keeps its value
         }
     }
-    // A Double field: a quoted item, a text that is no number or a number too large is
-    // consumed and skipped; an empty item reads as 0.
-    void real(double& f) {
+    // The next item as a number: true with v (an empty item reads as 0); a quoted item,
+    // a text that is no number or a number too large is consumed, and false.
+    bool number(double& v) {
         Item it;
-        if (!items_.next(it) || it.quoted) return;
+        if (!items_.next(it) || it.quoted) return false;
         if (it.text.empty()) {
-            f = 0;
-            return;
+            v = 0;
+            return true;
         }
-        double v;
         bool integral;
-        if (tonumber(it.text, v, integral) == Conversion::Number) f = v;
+        return tonumber(it.text, v, integral) == Conversion::Number;
+    }
+    // A Double field: set from the next item when it is a number, else kept.
+    void real(double& f) {
+        double v;
+        if (number(v)) f = v;
     }
     // A 16-bit integer field: as real, rounded to the nearest integer (half to even)
-    // and skipped outside -32768..32767.
+    // and kept outside -32768..32767.
     void integer(short& f) {
-        double v = f;
-        bool had = true;
-        Item it;
-        if (!items_.next(it) || it.quoted) return;
-        if (it.text.empty()) {
-            f = 0;
-            return;
-        }
-        bool integral;
-        had = tonumber(it.text, v, integral) == Conversion::Number;
-        if (!had) return;
+        double v;
+        if (!number(v)) return;
         v = std::nearbyint(v);
-        if (v < -32768 || v > 32767) return;
-        f = static_cast<short>(v);
+        if (v >= -32768 && v <= 32767) f = static_cast<short>(v);
     }
 
     void dipole(Dipole& p) {

@@ -209,21 +209,33 @@ void enter_Click() {
         if (Control* c = dipolesV.find("vdipole", t)) c->visible = false;
 }
 
-void Hdipole_Click(int i) {
+namespace {
+
+// The start of a palette click: a replace takes the click over, outside entry nothing
+// happens, CANCEL ends the entry; any other picture clears the schematic, takes the
+// undo point and adds a place. True when the click goes on to prompt for the place.
+bool paletteclick(int i, bool shunt, int cancel) {
     if (structural.replacing) {
-        replaceclick(i, false);
-        return;
+        replaceclick(i, shunt);
+        return false;
     }
-    if (!store.entering) return;
+    if (!store.entering) return false;
     setdone(true);
-    if (i == HCANCEL) {
+    if (i == cancel) {
         newfilter_Click();
-        return;
+        return false;
     }
-    DesignSlot& s = s0();
     schematicclear();
     undopush();
-    s.dipolecount += 1;
+    s0().dipolecount += 1;
+    return true;
+}
+
+} // namespace
+
+void Hdipole_Click(int i) {
+    if (!paletteclick(i, false, HCANCEL)) return;
+    DesignSlot& s = s0();
     if (s.count() == 1 && i != 1) {
         MsgBox("The first dipole must be a resistor representing the source impedance.", vbOKOnly,
                "WARNING");
@@ -248,20 +260,8 @@ void Hdipole_Click(int i) {
 }
 
 void vdipole_Click(int i) {
-    if (structural.replacing) {
-        replaceclick(i, true);
-        return;
-    }
-    if (!store.entering) return;
-    setdone(true);
-    if (i == VCANCEL) {
-        newfilter_Click();
-        return;
-    }
+    if (!paletteclick(i, true, VCANCEL)) return;
     DesignSlot& s = s0();
-    schematicclear();
-    undopush();
-    s.dipolecount += 1;
     handentry.newdipole = static_cast<short>(s.count());
     dipoleprompt(handentry.newdipole, i);
     if (promptrefused()) return;
