@@ -9,6 +9,7 @@
 #include "core/notation.h"
 #include "schematic/dipolepictures.h"
 #include "schematic/report.h"
+#include "schematic/structuraledits.h"
 #include "entry/designtitle.h"
 #include "core/framestate.h"
 
@@ -481,7 +482,7 @@ void dipoleclick(int n) {
     setenabled("auto", among(t, {5, 32, 35}));
     setenabled("swap", t == 6 || t == 38);
     setenabled("group", t == 6 || t == 38);
-    setenabled("ungroup", among(t, {4, 18, 19, 21, 22, 23, 35, 39, 42, 43, 47, 50}));
+    setenabled("ungroup", ungroupable(t));
 
     // Norton: the neighbour on one side must be the mate (the same element in the other
     // arm) and the other side the mate or the blank of that arm.

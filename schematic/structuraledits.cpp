@@ -151,8 +151,6 @@ bool ungroupright(Dipole& a, Dipole& b) {
     return true;
 }
 
-bool ungroupable(int t) { return among(t, {4, 18, 19, 21, 22, 23, 35, 39, 42, 43, 47, 50}); }
-
 void ungroup(bool lefttoright) {
     const int d = selected();
     DesignSlot& s0 = slot(0);
@@ -175,6 +173,8 @@ void ungroup(bool lefttoright) {
 }
 
 } // namespace
+
+bool ungroupable(int t) { return among(t, {4, 18, 19, 21, 22, 23, 35, 39, 42, 43, 47, 50}); }
 
 void shiftright2(int first) {
     DesignSlot& s0 = slot(0);

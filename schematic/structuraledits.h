@@ -29,6 +29,8 @@ void splitC_Click();
 void swap_Click();
 void group_Click();
 void ungroup_Click();
+// The types that Ungroup splits into two dipoles.
+bool ungroupable(int type);
 void ungroupL_Click();
 void ungroupR_Click();
 
