@@ -45,27 +45,20 @@ void blankline() {
     report.lines.push_back("");
 }
 
-void enterC(double v, int n) {
-    if (v > report.Cmax) {
-        report.Cmax = v;
-        report.Cmaxat = n;
+// The largest and smallest value listed so far, each with its dipole.
+void enterextremes(double v, int n, double& max, int& maxat, double& min, int& minat) {
+    if (v > max) {
+        max = v;
+        maxat = n;
     }
-    if (v < report.Cmin) {
-        report.Cmin = v;
-        report.Cminat = n;
+    if (v < min) {
+        min = v;
+        minat = n;
     }
 }
 
-void enterL(double v, int n) {
-    if (v > report.Lmax) {
-        report.Lmax = v;
-        report.Lmaxat = n;
-    }
-    if (v < report.Lmin) {
-        report.Lmin = v;
-        report.Lminat = n;
-    }
-}
+void enterC(double v, int n) { enterextremes(v, n, report.Cmax, report.Cmaxat, report.Cmin, report.Cminat); }
+void enterL(double v, int n) { enterextremes(v, n, report.Lmax, report.Lmaxat, report.Lmin, report.Lminat); }
 
 void Rline(int n) { partline("R" + numtext(n) + "=" + engformat(dip(n).R)); }
 

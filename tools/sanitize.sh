@@ -26,7 +26,7 @@ fuzz() { # TARGET WORKCORPUS SEEDS...
     local target=$1
     shift
     "$BUILD/fuzz/$target" -max_total_time="$FUZZ_SECONDS" -timeout=30 -rss_limit_mb=2048 \
-        -print_final_stats=1 -artifact_prefix="$BUILD/$target-" "$@" 2>"$work/$target.log" || {
+        -print_final_stats=1 -artifact_prefix="$PWD/$BUILD/$target-" "$@" 2>"$work/$target.log" || {
         tail -n 60 "$work/$target.log"
         echo "$target found a fault; the input is in $BUILD/" >&2
         return 1
