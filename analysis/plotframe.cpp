@@ -649,6 +649,7 @@ bool PlotForm::addpass(int s) {
 
 const PlotForm::SweepGrid& PlotForm::sweepgrid() {
     if (!grid.made || grid.f1 != freq1 || grid.f2 != freq2 || grid.npoints != store.npoints) {
+        grid.made = false; // until the frequencies are made whole (a span the host refuses)
         sweepfrequencies(freq1, freq2, grid.w.data());
         for (size_t i = 0; i < SWEEPPOINTS; ++i) {
             grid.iw[i] = 1.0 / grid.w[i];

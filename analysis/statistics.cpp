@@ -12,8 +12,6 @@ namespace zelk {
 
 namespace {
 
-const char* const analysisnames[3] = {"Monte Carlo", "Worst Case", "Sensitivity"};
-
 bool& runningflag(Analysis a) {
     switch (a) {
     case Analysis::MonteCarlo: return stats.montecarlorunning;

@@ -16,7 +16,9 @@ namespace zelk {
 inline constexpr int SWEEPPOINTS = 513; // npoints + 1
 
 // The sweep frequencies in rad/s: wA[i] = (6.283185308*F1) * ((F2/F1) ^ (i/512)), within
-// a few units in the last place (sweepfrequency gives the formula's own rounding).
+// a few units in the last place (sweepfrequency gives the formula's own rounding). The
+// host's faults of the formula are raised as RuntimeFault: F1 = 0 (11), spans of opposite
+// signs (5, a negative number to a fractional power), a frequency too large (6).
 void sweepfrequencies(double F1, double F2, double* wA, int n = SWEEPPOINTS);
 
 // The values of q for slot s at the n frequencies wA[0..n), in sweep order (the group
