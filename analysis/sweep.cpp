@@ -331,11 +331,14 @@ bool blockwalkable(Quantity, int s) { return buildladder(s, ladder); }
 // After a sweep whose last block went through the block walk: the dipole results in
 // the store and the running impedance as the one-point walk leaves them at the last
 // point (the catalogue's "results as they were" types read them in a later walk).
-void leavelikeonepoint(int s, const Block& b, int lastlane, double w, bool input) {
+void leavelikeonepoint(int s, double w, bool input, double Rt, double Xt) {
     store.wA = w;
     dipoleimmittance(input ? 2 : ladder.last, s);
-    walk.Rt = lane(b.Rt, lastlane);
-    walk.Xt = lane(b.Xt, lastlane);
+    walk.Rt = Rt;
+    walk.Xt = Xt;
+}
+void leavelikeonepoint(int s, const Block& b, int lastlane, double w, bool input) {
+    leavelikeonepoint(s, w, input, lane(b.Rt, lastlane), lane(b.Xt, lastlane));
 }
 
 // The sweep of the ladder in hand (buildladder has taken slot s).
@@ -397,15 +400,6 @@ bool sweepladder(Quantity q, int s, const double* wA, const double* iwA, double*
     return true;
 }
 
-bool sweepvalues(Quantity q, int s, const double* wA, double* out, int n) {
-    sweepstats = SweepStats{};
-    if (!buildladder(s, ladder)) {
-        sweepstats.onepoints = n;
-        return sweepvalues_onepoint(q, s, wA, out, n);
-    }
-    return sweepladder(q, s, wA, nullptr, out, n);
-}
-
 namespace {
 
 // The ladder in hand as a key: count, last, then each arm's form and coefficients.
@@ -425,42 +419,51 @@ bool samebits(const std::vector<double>& a, const std::vector<double>& b) {
     return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(double)) == 0;
 }
 
-} // namespace
-
-bool keptsweepvalues(Quantity q, int s, const double* wA, const double* iwA, double* out, SweepKey& key,
-                     std::uint64_t stamp, int n) {
+// The sweep, keeping its values when key is given (see keptsweepvalues).
+bool sweep(Quantity q, int s, const double* wA, const double* iwA, double* out, SweepKey* key,
+           std::uint64_t stamp, int n) {
     sweepstats = SweepStats{};
+    const bool had = key && key->valid;
+    if (key) key->valid = false;
     if (!buildladder(s, ladder)) {
-        key.valid = false;
         sweepstats.onepoints = n;
         return sweepvalues_onepoint(q, s, wA, out, n);
     }
+    if (!key) return sweepladder(q, s, wA, iwA, out, n);
     static std::vector<double> arms;
     ladderkey(arms);
-    if (key.valid && key.q == q && key.n == n && key.frequencies == stamp && key.level == vectorlevel() &&
-        samebits(key.arms, arms)) {
-        // The walk's effects on the store, as the last block leaves them.
+    SweepKey& k = *key;
+    if (had && k.q == q && k.n == n && k.frequencies == stamp && k.level == vectorlevel() && samebits(k.arms, arms)) {
+        // The walk's effects on the store, as its last block leaves them.
         store.zscale = 1.0;
-        store.wA = wA[n - 1];
-        dipoleimmittance(ladder.last, s);
-        walk.Rt = key.lastRt;
-        walk.Xt = key.lastXt;
+        leavelikeonepoint(s, wA[n - 1], false, k.lastRt, k.lastXt);
+        k.valid = true;
         sweepstats.keptpoints = n;
         return true;
     }
-    key.valid = false;
     if (!sweepladder(q, s, wA, iwA, out, n)) return false;
     if (sweepstats.wholepoints == n) {
-        key.q = q;
-        key.n = n;
-        key.frequencies = stamp;
-        key.level = vectorlevel();
-        key.arms = arms;
-        key.lastRt = walk.Rt;
-        key.lastXt = walk.Xt;
-        key.valid = true;
+        k.q = q;
+        k.n = n;
+        k.frequencies = stamp;
+        k.level = vectorlevel();
+        k.arms = arms;
+        k.lastRt = walk.Rt;
+        k.lastXt = walk.Xt;
+        k.valid = true;
     }
     return true;
+}
+
+} // namespace
+
+bool sweepvalues(Quantity q, int s, const double* wA, double* out, int n) {
+    return sweep(q, s, wA, nullptr, out, nullptr, 0, n);
+}
+
+bool keptsweepvalues(Quantity q, int s, const double* wA, const double* iwA, double* out, SweepKey& key,
+                     std::uint64_t stamp, int n) {
+    return sweep(q, s, wA, iwA, out, &key, stamp, n);
 }
 
 int forwardwalkvalues(int s, const double* w, int n, double* vratio, double* vphase) {
