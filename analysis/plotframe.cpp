@@ -759,15 +759,8 @@ void PlotForm::drawcurve(const double* v, int first, double x0, double y0) {
         placecurve<false>(v + first, n, vertsize / (db1 - db2), db2, vertsize, top, y + 1, pen + 1);
     }
     const double* xp = curveplaces() + first;
-    y[0] = y0, pen[0] = false;
-    if (first > 0 && xp[-1] == x0) {
-        // The pen starts where the curve's places start (a frequency curve from the
-        // left edge): the kept places serve as they stand.
-        surface->polyline(xp - 1, y, pen, n + 1);
-        return;
-    }
     std::copy(xp, xp + n, x + 1);
-    x[0] = x0;
+    x[0] = x0, y[0] = y0, pen[0] = false;
     surface->polyline(x, y, pen, n + 1);
 }
 

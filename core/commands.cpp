@@ -1,7 +1,5 @@
 #include "core/commands.h"
 
-#include <unordered_map>
-
 #include "core/desktop.h"
 #include "core/designstore.h"
 #include "core/hostmath.h"
@@ -85,18 +83,8 @@ MenuItem& addmenu(std::string name, std::string caption, std::string parent, boo
 }
 
 MenuItem* findmenu(std::string_view name) {
-    // The place each name was last found at: plots and panels ask for the same few
-    // items at every redraw. A place that no longer holds the name is looked up again.
-    static std::unordered_map<std::string, size_t> places;
-    std::vector<MenuItem>& items = menuitems();
-    if (auto it = places.find(std::string(name)); it != places.end() && it->second < items.size() &&
-                                                    items[it->second].name == name)
-        return &items[it->second];
-    for (size_t i = 0; i < items.size(); ++i)
-        if (items[i].name == name) {
-            places[items[i].name] = i;
-            return &items[i];
-        }
+    for (MenuItem& m : menuitems())
+        if (m.name == name) return &m;
     return nullptr;
 }
 
