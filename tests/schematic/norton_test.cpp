@@ -105,6 +105,16 @@ const std::map<std::string, std::vector<Part>> ladders = {
      {{1, 50}, {38}, {3, 0, 1e-9}, {32, 0, 0, 1e-6}, {2, 0, 0, 2e-6}, {35, 0, 1e-9, 1e-6}, {6}, {31, 50}}},
 };
 
+// Dipole d selected, the menu item run with the panel's answers: no message, one undo
+// snapshot.
+void transform(test::Session& session, int d, const std::string& item, const std::string& answers) {
+    click(d);
+    ASSERT_TRUE(menuenabled(item));
+    ASSERT_TRUE(session.ok("> Getdata: " + answers + "\n" + item + "\n"));
+    EXPECT_TRUE(session.runner.desk.messages.empty());
+    EXPECT_EQ(undostate.undodepth, 1);
+}
+
 // The Norton default removes the element it names and keeps the gain (rows of [default]).
 TEST(Norton, DefaultKeepsTheGainAndRemovesTheNamedElement) {
     for (const test::Row& r : test::datarows("norton.txt", "default")) {
@@ -114,11 +124,7 @@ TEST(Norton, DefaultKeepsTheGainAndRemovesTheNamedElement) {
         const std::vector<double> before = pegsweep();
         const int count = elements();
         const double Rload = slot(0).dip(slot(0).count()).R;
-        click(r.whole(1));
-        ASSERT_TRUE(menuenabled("norton"));
-        ASSERT_TRUE(session.ok("> Getdata: " + r.text(2) + "\nnorton\n"));
-        EXPECT_TRUE(session.runner.desk.messages.empty());
-        EXPECT_EQ(undostate.undodepth, 1);
+        ASSERT_NO_FATAL_FAILURE(transform(session, r.whole(1), "norton", r.text(2)));
         EXPECT_EQ(slot(0).dip(r.whole(3)).type, r.whole(4));
         EXPECT_EQ(slot(0).dip(r.whole(5)).type, r.whole(6));
         EXPECT_EQ(elements(), count + r.whole(7));
@@ -137,11 +143,7 @@ TEST(AutoTransformer, TapsAndKeepsTheGain) {
         build(ladders.at(r.text(0)));
         const std::vector<double> before = pegsweep();
         const int d = r.whole(1);
-        click(d);
-        ASSERT_TRUE(menuenabled("auto"));
-        ASSERT_TRUE(session.ok("> Getdata: " + r.text(2) + "\nauto\n"));
-        EXPECT_TRUE(session.runner.desk.messages.empty());
-        EXPECT_EQ(undostate.undodepth, 1);
+        ASSERT_NO_FATAL_FAILURE(transform(session, d, "auto", r.text(2)));
         const Dipole& t = slot(0).dip(d);
         EXPECT_EQ(t.type, r.whole(3));
         EXPECT_DOUBLE_EQ(t.K, r.num(4));
